@@ -1,0 +1,132 @@
+/* Generated effects: gradients, gradient maps and gradient flares, noise, the
+ * box-hybrid sharpen/blur filter, borders and vignettes, light flares. */
+#ifndef VOK_GENERATORS_H
+#define VOK_GENERATORS_H
+
+#include <stdint.h>
+#include "vok/core.h"
+#include "vok/color.h"
+
+VOK_BEGIN_DECLS
+
+/* ---- Gradients ----------------------------------------------------------- */
+
+/* Parameters of the plain gradient; defaults from VokGradientShapeParamsInit. */
+typedef struct VokGradientShapeParams {
+    int32_t gradientShape;     /* 0 linear, 1 radial, 2 vignette-masked linear */
+    double scale;              /* 0 disables the whole call */
+    double xCenter;            /* fraction of the width */
+    double yCenter;            /* fraction of the height */
+    double angle;              /* radians */
+    int32_t vignetteShapeMode; /* 0 normal, 1 sharp, 2 mediumSharp, 3 ultraSharp */
+    double vignetteSize;
+    double vignetteOffsetX;
+    double vignetteOffsetY;
+} VokGradientShapeParams;
+
+/* Parameters of the gradient flare; defaults from VokGradientFlareParamsInit. */
+typedef struct VokGradientFlareParams {
+    int32_t shape;          /* 0..14 */
+    double *params;         /* 16 shape parameters */
+    double *transform;      /* 4 x 4 row-major */
+    int32_t aspectMode;     /* 0 fit, 1 fill, 2 stretch, 3 average */
+    VokGradient *gradient;  /* its opacities are multiplied by alpha in place */
+    uint8_t invert;
+    int32_t wrapMode;       /* 0 clamp, 1 repeat, 2 mirroredRepeat */
+    int32_t blendMode;
+    double alpha;
+    uint8_t replaceAlpha;
+} VokGradientFlareParams;
+
+VOK_API void VokGradientMemoize(const VokGradient *gradient, VokColor *table, uint32_t count);
+VOK_API void VokGradientMultiplyAlpha(VokGradient *gradient, double alpha);
+VOK_API void VokGradientShapeParamsInit(VokGradientShapeParams *params);
+VOK_API void VokGradientApply(VokBitmap *bitmap, const VokGradientShapeParams *params,
+                              const VokGradient *gradient, uint32_t mode, double strength);
+VOK_API void VokGradientMapApply(VokBitmap *bitmap, const VokGradient *gradient,
+                                 uint32_t variable, uint32_t invert, uint32_t mode,
+                                 double opacity);
+VOK_API void VokGradientFlareParamsInit(VokGradientFlareParams *params);
+VOK_API void VokGradientFlareApply(VokBitmap *bitmap, VokGradientFlareParams *params);
+VOK_API void VokFlareApplyHelper(VokBitmap *bitmap, int32_t shape, const int32_t *transform,
+                                 const double *params, const VokColor *table,
+                                 uint32_t tableSize, uint32_t fractionBits, uint32_t mode,
+                                 int32_t wrapMode, uint8_t invert, uint8_t replaceAlpha);
+VOK_API double VokCalcNoiseHeart(double x, double y, double a, double b);
+VOK_API double VokCalcNoiseStar(double x, double y, int32_t n, double a, double b);
+VOK_API float VokCalcNoiseCrescent(double x, double y, const double *params);
+VOK_API void VokSetupAndApplyGLFlare(VokBitmap *bitmap, VokGradientFlareParams *params);
+
+/* ---- Noise ---------------------------------------------------------------- */
+VOK_API void VokBitmapAddNoise(VokBitmap *bitmap, float amount, uint32_t seed);
+VOK_API void VokBitmapAddChannelIndependentNoise(VokBitmap *bitmap, float amount,
+                                                 uint32_t seed);
+
+/* ---- Sharpening and convolution -------------------------------------------
+ * Running-sum lines hold three unsigned sums (red, green, blue) per entry. */
+VOK_API void VokBuildIntegralLineX(const VokBitmap *bitmap, uint32_t row, uint32_t *line);
+VOK_API void VokBuildIntegralLineY(const VokBitmap *bitmap, uint32_t column, uint32_t *line);
+VOK_API float VokMathErfccheb(float z);
+VOK_API float VokMathErf(float x);
+VOK_API float VokMathNormalCDF(float x, float sigma);
+VOK_API void VokBoxHybridSharpenX(VokBitmap *bitmap, float amount);
+VOK_API void VokBoxHybridSharpenY(VokBitmap *bitmap, float amount);
+VOK_API void VokConvolutionEffectBoxHybridSharpen(VokBitmap *bitmap, float amount);
+VOK_API void VokSharpness(VokBitmap *bitmap, float amount);
+VOK_API void VokConvolutionEffectRullSharpen(VokBitmap *bitmap, float amount);
+VOK_API void VokConvolutionProcessorRullSharpen(VokBitmap *bitmap, float amount);
+VOK_API void VokConvolutionProcessorSharpenAndBlendWithOriginal(VokBitmap *bitmap, float amount,
+                                                                float opacity,
+                                                                VokBlendMode mode);
+VOK_API int VokConvolutionEffectSoftFocus(VokBitmap *bitmap);
+VOK_API void VokConvolutionAntialiasGL(VokBitmap *bitmap);
+
+/* ---- Borders and vignettes ------------------------------------------------ */
+enum {
+    kVokBorderShapeNormal = 0, kVokBorderShapeSharp = 1,
+    kVokBorderShapeMediumSharp = 2, kVokBorderShapeUltraSharp = 3
+};
+
+enum {
+    kVokBorderHalftone = 1, kVokBorderLines, kVokBorderSmooth, kVokBorderShadow,
+    kVokBorderFade, kVokBorderRough, kVokBorderBulge, kVokBorderTorn, kVokBorderTorn2,
+    kVokBorderRect, kVokBorderRound, kVokBorderFlickr, kVokBorderHardRand,
+    kVokBorderInstant, kVokBorderVignette, kVokBorderViewfinder
+};
+
+/* A border: its style, colour and blend mode, and the shape fields (shape
+ * mode, stretch flag, scale, offset) that an effect description fills. */
+typedef struct VokBorderParams {
+    uint32_t style;
+    VokColor color;
+    VokBlendMode blendMode;
+    uint32_t shapeMode;
+    uint8_t stretch;  /* 1: scale is relative to each side of the image */
+    double scale;     /* size of the clear area (pixels, or a fraction when stretched) */
+    double dx;        /* centre offset, fraction of the half width */
+    double dy;        /* centre offset, fraction of the half height */
+    uint32_t seed;    /* for styles with random edges */
+} VokBorderParams;
+
+VOK_API void VokBorderInitParams(VokBorderParams *params);
+VOK_API int VokBorders(VokBitmap *bitmap, const VokBorderParams *params);
+
+/* ---- Light flares ---------------------------------------------------------- */
+enum {
+    kVokFlareSinc = 0, kVokFlareGaussianThing, kVokFlareGaussianThing2,
+    kVokFlareGaussianThing3, kVokFlareGaussianThing4, kVokFlareAngleGaussian,
+    kVokFlareStardom, kVokFlareLobes, kVokFlareUnnamed8, kVokFlareStripe,
+    kVokFlareStripe2, kVokFlareDiamond, kVokFlareCross, kVokFlareCorner,
+    kVokFlareFinger, kVokFlareBlobFlare, kVokFlareBlah, kVokFlareBlob, kVokFlareBlob2,
+    kVokFlareTypeCount
+};
+
+/* Draws a light flare of the colour (its alpha as opacity) centred at
+ * (dx, dy), fractions of the image, stretched by dsx, dsy and sized by fScale
+ * relative to the image. Returns 1 on success, 0 for an unknown type. */
+VOK_API int VokFlare(VokBitmap *bitmap, float fScale, VokColor color, uint32_t type, float dx,
+                     float dy, float dsx, float dsy, VokBlendMode mode, double strength);
+
+VOK_END_DECLS
+
+#endif

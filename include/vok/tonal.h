@@ -1,0 +1,82 @@
+/* Tonal adjustment: histograms and per-channel maps, the slider tools, the
+ * exposure and contrast curve builders, local contrast enhancement. */
+#ifndef VOK_TONAL_H
+#define VOK_TONAL_H
+
+#include <stdint.h>
+#include "vok/core.h"
+#include "vok/color.h"
+
+VOK_BEGIN_DECLS
+
+/* ---- Histograms and histogram maps --------------------------------------
+ * table[c][v] is the new value of channel c (0 red, 1 green, 2 blue) for the
+ * old value v. There is no alpha table. */
+typedef struct VokHistMap {
+    uint8_t table[3][256];
+} VokHistMap;
+
+VOK_API void VokBitmapHistogramTransform(VokBitmap *bitmap, const VokHistMap *map);
+VOK_API void VokBitmapIntensityMap(VokBitmap *bitmap, const VokHistMap *map, VokBlendMode mode,
+                                   double opacity);
+VOK_API void VokHistMapFade(VokHistMap *map, double strength);
+VOK_API void VokHistMapMap(VokHistMap *a, const VokHistMap *b);
+VOK_API void VokHistMapCopy(VokHistMap *destination, const VokHistMap *source);
+VOK_API void VokHistMapInvert(VokHistMap *map);
+VOK_API void VokHistMapSetIdentity(VokHistMap *map);
+VOK_API void VokHistMapSet(VokHistMap *map, const uint8_t *red, const uint8_t *green,
+                           const uint8_t *blue);
+/* counts: 768 unsigned counts (red, green, blue), not cleared first. */
+VOK_API void VokHistogramBuild(const VokBitmap *bitmap, uint32_t *counts);
+VOK_API void VokHistogram2CDFChan(const uint32_t *counts, double *cdf);
+VOK_API void VokHistogram2CDF(const uint32_t *counts, double *cdf);
+VOK_API double VokCDFINV(const double *cdf, double p);
+VOK_API void VokBitmapContrastCurve(VokBitmap *bitmap, float strength);
+VOK_API void VokBitmapGamma(VokBitmap *bitmap, float exponent);
+
+/* ---- Adjustment tools ---------------------------------------------------
+ * Amounts run from -100 to 100 with 0 the neutral setting. The second
+ * argument is reserved for the caller's tool context and is not read. */
+VOK_API void VokToolBrightness(VokBitmap *bitmap, int32_t context, double amount);
+VOK_API void VokToolContrast(VokBitmap *bitmap, int32_t context, double amount);
+VOK_API void VokToolSaturation(VokBitmap *bitmap, int32_t context, double amount);
+VOK_API void VokToolWarmth(VokBitmap *bitmap, int32_t context, double amount);
+VOK_API void VokToolSharpness(VokBitmap *bitmap, int32_t context, double amount);
+
+/* Combined adjustment: brightness, contrast, warmth and saturation applied to
+ * a copy, which is then blended over the original with the blend mode and
+ * opacity. The wrapper adds the effect hooks around the processor. */
+VOK_API void VokToolAdjustBrightnessContrastWarmthSaturationProcessor(
+    VokBitmap *bitmap, double brightness, double contrast, double warmth, double saturation,
+    VokBlendMode mode, float opacity);
+VOK_API void VokToolAdjustBrightnessContrastWarmthSaturation(
+    VokBitmap *bitmap, double brightness, double contrast, double warmth, double saturation,
+    VokBlendMode mode, float opacity);
+
+/* ---- Exposure and contrast curves ---------------------------------------
+ * Build maps only; the contrast builder also writes a 3 x 3 desaturation
+ * matrix stored column by column. */
+VOK_API void VokBitmapExposureCurveHistogramMapping(float amount, VokHistMap *map);
+VOK_API void VokBitmapContrastCurveHistogramMapping(float amount, VokHistMap *map,
+                                                    double *matrix);
+
+/* ---- Local contrast enhancement ------------------------------------------ */
+VOK_API void VokBuildIntegralImage(const VokBitmap *bitmap, uint32_t *red, uint32_t *green,
+                                   uint32_t *blue);
+VOK_API void VokBuildIntegralImageGray(const VokBitmap *bitmap, uint32_t *table);
+VOK_API uint32_t VokSumBoxFromIntegralImage(const uint32_t *table, uint32_t rowLength,
+                                            uint32_t height, uint32_t x0, uint32_t y0,
+                                            uint32_t x1, uint32_t y1);
+VOK_API void VokLineSmooth1D(float *values, uint32_t count, int32_t sigma);
+VOK_API void VokBlurHistMap(VokBitmap *bitmap, const VokHistMap *map, double radiusFactor,
+                            double strength);
+VOK_API void VokLocalContrastEnhanceProcessor(VokBitmap *bitmap);
+VOK_API void VokLocalContrastEnhance(VokBitmap *bitmap);
+VOK_API void VokNightEnhance(VokBitmap *bitmap);
+
+/* ---- One-call enhancements ------------------------------------------------ */
+VOK_API void VokAutoColorsFadeMaxColor(VokBitmap *bitmap, double strength, VokColor color);
+
+VOK_END_DECLS
+
+#endif
