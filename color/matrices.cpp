@@ -37,6 +37,12 @@ void multiply_by(VokColorMatrix *a, const float (&b)[12]) {
     VokColorMatrixMultiply(a, &factor);
 }
 
+// The same gain on every channel and the same offset on every row.
+void multiply_by_gain(VokColorMatrix *a, float gain, float offset) {
+    const float g[12] = {gain, 0, 0, offset, 0, gain, 0, offset, 0, 0, gain, offset};
+    multiply_by(a, g);
+}
+
 }  // namespace
 }  // namespace vok
 
@@ -74,10 +80,7 @@ void VokColorMatrixAdjSaturation(VokColorMatrix *matrix, float saturation) {
 
 // out = b (c (x - 128) + 128).
 void VokColorMatrixBrightnessContrast(VokColorMatrix *matrix, float brightness, float contrast) {
-    const float d = brightness * contrast;
-    const float o = brightness * 128.0f * (1.0f - contrast);
-    const float bc[12] = {d, 0, 0, o, 0, d, 0, o, 0, 0, d, o};
-    multiply_by(matrix, bc);
+    multiply_by_gain(matrix, brightness * contrast, brightness * 128.0f * (1.0f - contrast));
 }
 
 void VokColorMatrixBrightness(VokColorMatrix *matrix, float brightness) {
@@ -86,10 +89,8 @@ void VokColorMatrixBrightness(VokColorMatrix *matrix, float brightness) {
 
 // Contrast relative to no change, pivoting at 128 (not 127.5).
 void VokColorMatrixContrast(VokColorMatrix *matrix, float contrast) {
-    const float d = 1.0f + contrast;
-    const float o = (1.0f - d) * 128.0f;
-    const float c[12] = {d, 0, 0, o, 0, d, 0, o, 0, 0, d, o};
-    multiply_by(matrix, c);
+    const float gain = 1.0f + contrast;
+    multiply_by_gain(matrix, gain, (1.0f - gain) * 128.0f);
 }
 
 void VokBitmapColorMatrixTransform(VokBitmap *bitmap, const VokColorMatrix *matrix) {

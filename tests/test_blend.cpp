@@ -24,6 +24,17 @@ int blend_full(VokBlendMode mode, int d, int s) {
     return dst.red;
 }
 
+struct BlendCase {
+    VokBlendMode mode;
+    int d, s, expected;
+};
+
+template <size_t N>
+void expect_cases(const BlendCase (&cases)[N]) {
+    for (const BlendCase &c : cases)
+        EXPECT_EQ(blend_full(c.mode, c.d, c.s), c.expected) << "mode " << c.mode << " d " << c.d << " s " << c.s;
+}
+
 int blend_float(VokBlendMode mode, int d, int s, float opacity) {
     VokColor dst = rgba(static_cast<uint8_t>(d), static_cast<uint8_t>(d), static_cast<uint8_t>(d), 17);
     VokColor src = rgba(static_cast<uint8_t>(s), static_cast<uint8_t>(s), static_cast<uint8_t>(s), 3);
@@ -35,24 +46,27 @@ int blend_float(VokBlendMode mode, int d, int s, float opacity) {
 }  // namespace
 
 TEST(IntegerBlend, ArithmeticModes) {
-    EXPECT_EQ(blend_full(kVokBlendScreen, 255, 255), 254);  // 65025 >> 8, no & 255
-    EXPECT_EQ(blend_full(kVokBlendMultiply, 255, 255), 254);
-    EXPECT_EQ(blend_full(kVokBlendSoft, 100, 200), 134);
-    EXPECT_EQ(blend_full(kVokBlendDarken, 90, 40), 40);
-    EXPECT_EQ(blend_full(kVokBlendLighten, 90, 40), 90);
-    EXPECT_EQ(blend_full(kVokBlendDifference, 50, 200), 150);
-    EXPECT_EQ(blend_full(kVokBlendNegation, 200, 100), 210);
-    EXPECT_EQ(blend_full(kVokBlendNegation, 100, 100), 200);
-    EXPECT_EQ(blend_full(kVokBlendExclusion, 255, 255), 2);
-    EXPECT_EQ(blend_full(kVokBlendAdd, 200, 100), 255);
-    EXPECT_EQ(blend_full(kVokBlendAdd, 100, 50), 150);
-    EXPECT_EQ(blend_full(kVokBlendSubtract, 200, 100), 45);
-    EXPECT_EQ(blend_full(kVokBlendSubtract, 200, 55), 0);
-    EXPECT_EQ(blend_full(kVokBlendSubtract, 201, 55), 1);
-    EXPECT_EQ(blend_full(kVokBlendStamp, 255, 0), 0);
-    EXPECT_EQ(blend_full(kVokBlendStamp, 0, 255), 255);
-    EXPECT_EQ(blend_full(kVokBlendStamp, 255, 128), 255);
-    EXPECT_EQ(blend_full(kVokBlendStamp, 100, 100), 45);
+    const BlendCase cases[] = {
+        {kVokBlendScreen, 255, 255, 254},  // 65025 >> 8, no & 255
+        {kVokBlendMultiply, 255, 255, 254},
+        {kVokBlendSoft, 100, 200, 134},
+        {kVokBlendDarken, 90, 40, 40},
+        {kVokBlendLighten, 90, 40, 90},
+        {kVokBlendDifference, 50, 200, 150},
+        {kVokBlendNegation, 200, 100, 210},
+        {kVokBlendNegation, 100, 100, 200},
+        {kVokBlendExclusion, 255, 255, 2},
+        {kVokBlendAdd, 200, 100, 255},
+        {kVokBlendAdd, 100, 50, 150},
+        {kVokBlendSubtract, 200, 100, 45},
+        {kVokBlendSubtract, 200, 55, 0},
+        {kVokBlendSubtract, 201, 55, 1},
+        {kVokBlendStamp, 255, 0, 0},
+        {kVokBlendStamp, 0, 255, 255},
+        {kVokBlendStamp, 255, 128, 255},
+        {kVokBlendStamp, 100, 100, 45},
+    };
+    expect_cases(cases);
 }
 
 TEST(IntegerBlend, ThresholdsDifferBetweenOverlayAndHardLight) {
@@ -69,30 +83,33 @@ TEST(IntegerBlend, ThresholdsDifferBetweenOverlayAndHardLight) {
 }
 
 TEST(IntegerBlend, DodgeAndBurnFamilies) {
-    EXPECT_EQ(blend_full(kVokBlendColorDodge, 100, 100), 164);
-    EXPECT_EQ(blend_full(kVokBlendColorDodge, 200, 100), 255);
-    EXPECT_EQ(blend_full(kVokBlendInvColorDodge, 100, 100), 164);
-    EXPECT_EQ(blend_full(kVokBlendInvColorDodge, 100, 200), 255);
-    EXPECT_EQ(blend_full(kVokBlendSoftDodge, 200, 100), 157);
-    EXPECT_EQ(blend_full(kVokBlendSoftDodge, 50, 100), 41);
-    EXPECT_EQ(blend_full(kVokBlendSoftDodge, 0, 255), 127);
-    EXPECT_EQ(blend_full(kVokBlendColorBurn, 200, 100), 115);
-    EXPECT_EQ(blend_full(kVokBlendColorBurn, 100, 100), 0);
-    EXPECT_EQ(blend_full(kVokBlendInvColorBurn, 100, 200), 115);
-    EXPECT_EQ(blend_full(kVokBlendInvColorBurn, 100, 100), 0);
-    EXPECT_EQ(blend_full(kVokBlendSoftBurn, 200, 100), 186);
-    EXPECT_EQ(blend_full(kVokBlendSoftBurn, 100, 50), 40);
-    EXPECT_EQ(blend_full(kVokBlendSoftBurn, 255, 0), 255);
-    EXPECT_EQ(blend_full(kVokBlendReflect, 100, 100), 64);
-    EXPECT_EQ(blend_full(kVokBlendReflect, 200, 100), 255);
-    EXPECT_EQ(blend_full(kVokBlendGlow, 100, 100), 64);
-    EXPECT_EQ(blend_full(kVokBlendFreeze, 100, 200), 135);
-    EXPECT_EQ(blend_full(kVokBlendFreeze, 0, 100), 0);
-    EXPECT_EQ(blend_full(kVokBlendHeat, 200, 100), 135);
-    EXPECT_EQ(blend_full(kVokBlendHeat, 100, 0), 0);
-    // The two zero-by-zero pairs are guarded and give 255.
-    EXPECT_EQ(blend_full(kVokBlendReflect, 0, 255), 255);
-    EXPECT_EQ(blend_full(kVokBlendGlow, 255, 0), 255);
+    const BlendCase cases[] = {
+        {kVokBlendColorDodge, 100, 100, 164},
+        {kVokBlendColorDodge, 200, 100, 255},
+        {kVokBlendInvColorDodge, 100, 100, 164},
+        {kVokBlendInvColorDodge, 100, 200, 255},
+        {kVokBlendSoftDodge, 200, 100, 157},
+        {kVokBlendSoftDodge, 50, 100, 41},
+        {kVokBlendSoftDodge, 0, 255, 127},
+        {kVokBlendColorBurn, 200, 100, 115},
+        {kVokBlendColorBurn, 100, 100, 0},
+        {kVokBlendInvColorBurn, 100, 200, 115},
+        {kVokBlendInvColorBurn, 100, 100, 0},
+        {kVokBlendSoftBurn, 200, 100, 186},
+        {kVokBlendSoftBurn, 100, 50, 40},
+        {kVokBlendSoftBurn, 255, 0, 255},
+        {kVokBlendReflect, 100, 100, 64},
+        {kVokBlendReflect, 200, 100, 255},
+        {kVokBlendGlow, 100, 100, 64},
+        {kVokBlendFreeze, 100, 200, 135},
+        {kVokBlendFreeze, 0, 100, 0},
+        {kVokBlendHeat, 200, 100, 135},
+        {kVokBlendHeat, 100, 0, 0},
+        // The two zero-by-zero pairs are guarded and give 255.
+        {kVokBlendReflect, 0, 255, 255},
+        {kVokBlendGlow, 255, 0, 255},
+    };
+    expect_cases(cases);
 }
 
 TEST(IntegerBlend, AlphaRoundingChannelModesAndUnknownModes) {
