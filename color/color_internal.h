@@ -11,6 +11,7 @@
 
 #include "core/numeric.h"
 #include "vok/color.h"
+#include "vok/tonal.h"
 
 namespace vok {
 
@@ -23,6 +24,22 @@ inline VokColor *pixels_of(const VokBitmap *bitmap) {
 
 inline size_t pixel_count(const VokBitmap *bitmap) {
     return static_cast<size_t>(bitmap->width) * bitmap->height;
+}
+
+inline void set_map_level(VokHistMap &map, int v, const VokColor &c) {
+    map.table[0][v] = c.red;
+    map.table[1][v] = c.green;
+    map.table[2][v] = c.blue;
+}
+
+// The integer-family blend of a colour into the opaque grey (v, v, v): a
+// histogram map built from these works channel by channel for every mode
+// except colour.
+inline VokColor blend_into_grey(int v, const VokColor &colour, VokBlendMode mode) {
+    const uint8_t g = static_cast<uint8_t>(v);
+    VokColor grey = {g, g, g, 255};
+    VokColorBlendEmbededAlpha(&grey, &colour, mode);
+    return grey;
 }
 
 // Luminance in [0, 1] by the grey weights, scaled by 1/255.

@@ -98,10 +98,7 @@ void VokBitmapColorMatrixTransform(VokBitmap *bitmap, const VokColorMatrix *matr
     if (is_diagonal(m)) {
         VokHistMap map;
         for (int v = 0; v < 256; ++v) {
-            const VokColor c = diagonal_image(m, v, 255);
-            map.table[0][v] = c.red;
-            map.table[1][v] = c.green;
-            map.table[2][v] = c.blue;
+            set_map_level(map, v, diagonal_image(m, v, 255));
         }
         VokBitmapHistogramTransform(bitmap, &map);
         return;
@@ -120,15 +117,7 @@ void VokBitmapColorMatrixTransformAndBlendWithOriginal(VokBitmap *bitmap, const 
     const uint8_t alpha = static_cast<uint8_t>(trunc_to<uint32_t>(opacity * 255.0f) & 255);
     if (is_diagonal(m) && mode != kVokBlendColor) {
         VokHistMap map;
-        for (int v = 0; v < 256; ++v) {
-            const uint8_t g = static_cast<uint8_t>(v);
-            VokColor grey = {g, g, g, 255};
-            const VokColor image = diagonal_image(m, v, alpha);
-            VokColorBlendEmbededAlpha(&grey, &image, mode);
-            map.table[0][v] = grey.red;
-            map.table[1][v] = grey.green;
-            map.table[2][v] = grey.blue;
-        }
+        for (int v = 0; v < 256; ++v) set_map_level(map, v, blend_into_grey(v, diagonal_image(m, v, alpha), mode));
         VokBitmapHistogramTransform(bitmap, &map);
         return;
     }
