@@ -35,7 +35,8 @@ float distance(float ax, float ay, float bx, float by) {
 }
 
 VokPoint *allocate(int32_t count) {
-    return static_cast<VokPoint *>(malloc(sizeof(VokPoint) * static_cast<uint32_t>(count)));
+    if (count <= 0 || count > kMaxPositions) return nullptr;
+    return static_cast<VokPoint *>(malloc(sizeof(VokPoint) * static_cast<size_t>(count)));
 }
 
 bool finite(float v) { return std::isfinite(v); }
