@@ -1,6 +1,7 @@
 #include "args.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -95,6 +96,16 @@ bool Arguments::get_int(const char *name, long long min, long long max, long lon
         return false;
     }
     out = parsed;
+    return true;
+}
+
+bool read_effect_params(const Arguments &args, VokEffectParams &params, std::string &error) {
+    VokEffectInitParams(&params);
+    long long seed = params.seed;
+    if (!args.get_double("--strength", params.strength, error) ||
+        !args.get_int("--seed", INT32_MIN, INT32_MAX, seed, error))
+        return false;
+    params.seed = static_cast<int32_t>(seed);
     return true;
 }
 

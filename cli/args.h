@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "vok/core.h"
+
 namespace vok_cli {
 
 bool is_help_flag(const char *arg);
@@ -41,6 +43,9 @@ private:
     std::vector<std::pair<std::string, const char *>> options_;
     std::vector<const char *> positional_;
 };
+
+// Default effect params with --strength S and --seed N applied when given.
+bool read_effect_params(const Arguments &args, VokEffectParams &params, std::string &error);
 
 // Prints "vok COMMAND: message" and a pointer to the help; returns kExitUsage.
 int usage_error(const char *command, const std::string &message);

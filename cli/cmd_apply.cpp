@@ -32,13 +32,9 @@ int run_apply(int argc, char **argv) {
         return usage_error(kName, "--mix is not available in this build of the library");
 
     VokEffectParams params;
-    VokEffectInitParams(&params);
-    long long seed = params.seed;
-    if (!args.get_double("--strength", params.strength, error) ||
-        !args.get_double("--mix", params.strength, error) ||
-        !args.get_int("--seed", INT32_MIN, INT32_MAX, seed, error))
+    if (!read_effect_params(args, params, error) ||
+        !args.get_double("--mix", params.strength, error))
         return usage_error(kName, error);
-    params.seed = static_cast<int32_t>(seed);
 
     const std::string effect_path = args.positional()[0];
     const std::string input = args.positional()[1];

@@ -83,12 +83,7 @@ int run_validate(int argc, char **argv) {
         return usage_error(kName, error);
     if (args.positional().empty()) return usage_error(kName, "expected EFFECT.json...");
     VokEffectParams params;
-    VokEffectInitParams(&params);
-    long long seed = params.seed;
-    if (!args.get_double("--strength", params.strength, error) ||
-        !args.get_int("--seed", INT32_MIN, INT32_MAX, seed, error))
-        return usage_error(kName, error);
-    params.seed = static_cast<int32_t>(seed);
+    if (!read_effect_params(args, params, error)) return usage_error(kName, error);
 
     int worst = kExitOk;
     for (const char *path : args.positional()) {
