@@ -33,10 +33,12 @@ struct VignetteCoverage {
     float kx, ky;
     float cx, cy;
     float row_term;
+    uint32_t width;
 
-    void begin_row(uint32_t y) {
+    Span begin_row(uint32_t y) {
         const float dy = static_cast<float>(y) + 0.5f - cy;
         row_term = ky * dy * dy;
+        return {0, width};
     }
     uint32_t alpha(uint32_t x) const {
         const float dx = static_cast<float>(x) + 0.5f - cx;
@@ -73,6 +75,7 @@ int draw_vignette(VokBitmap &bitmap, const VokBorderParams &params) {
     coverage.cx = static_cast<float>(width * 0.5 * (1.0 + params.dx));
     coverage.cy = static_cast<float>(height * 0.5 * (1.0 + params.dy));
     coverage.row_term = 0.0f;
+    coverage.width = bitmap.width;
     TintBlend tint;
     tint_blend_init(tint, params.color, params.blendMode);
     tint_pass(bitmap, tint, coverage);

@@ -5,6 +5,8 @@
 #include <math.h>
 #include <stdlib.h>
 
+#include <algorithm>
+
 #include "core/log.h"
 #include "generators/tint_blend.h"
 #include "vok/generators.h"
@@ -18,11 +20,28 @@ float gauss(float t, float sigma) { return expf(-(t * t) / (2.0f * sigma * sigma
 
 float smoothstep(float t) { return t * t * (3.0f - 2.0f * t); }
 
+uint32_t clamp_column(double v, uint32_t width) {
+    if (!(v > 0.0)) return 0;
+    return v >= width ? width : static_cast<uint32_t>(v);
+}
+
 // Pixel centres in flare units: X = (x + 0.5 - cx) kx, likewise Y.
 struct Frame {
     float cx, cy, kx, ky;
+    uint32_t width;
     float x_at(uint32_t x) const { return (static_cast<float>(x) + 0.5f - cx) * kx; }
     float y_at(uint32_t y) const { return (static_cast<float>(y) + 0.5f - cy) * ky; }
+
+    // The columns of a row at Y^2 = y2 where X^2 + Y^2 < bound, with a column
+    // of margin each side for rounding: all that a field vanishing beyond the
+    // squared radius `bound` can cover.
+    Span span(float y2, float bound) const {
+        const float rest = bound - y2;
+        if (!(rest > 0.0f)) return {0, 0};
+        const double reach = sqrt(static_cast<double>(rest)) / kx;
+        return {clamp_column(floor(cx - 0.5 - reach) - 1.0, width),
+                clamp_column(ceil(cx - 0.5 + reach) + 2.0, width)};
+    }
 };
 
 // ---- Radial profiles, tabulated over the squared radius --------------------
@@ -31,11 +50,13 @@ constexpr uint32_t kTableSteps = 4096;
 
 struct RadialTable {
     float value[kTableSteps];
+    float extent;          // the squared radius at the table's end
     float steps_per_unit;  // table index per unit of the squared radius
 
     // The last entry is 0: every profile has faded out by the table's end.
     template <class Profile>
     void fill(float squared_extent, Profile profile) {
+        extent = squared_extent;
         steps_per_unit = static_cast<float>(kTableSteps - 1) / squared_extent;
         for (uint32_t i = 0; i + 1 < kTableSteps; ++i) {
             const float u = static_cast<float>(i) / steps_per_unit;
@@ -102,9 +123,10 @@ struct RadialField {
     const RadialTable *table;
     Frame frame;
     float y2;
-    void begin_row(uint32_t y) {
+    Span begin_row(uint32_t y) {
         const float fy = frame.y_at(y);
         y2 = fy * fy;
+        return frame.span(y2, table->extent);
     }
     float at(uint32_t x) const {
         const float fx = frame.x_at(x);
@@ -121,12 +143,15 @@ struct TiltedGaussField {
     float row_u, row_v;
     static constexpr float kCos = 0.8660254f, kSin = 0.5f;
     static constexpr float kLong = 1.0f / 0.5f, kShort = 1.0f / 0.06f;
+    // q = 28 is reached within a squared radius of 7.2.
+    static constexpr float kBound = 7.2f;
 
-    void begin_row(uint32_t y) {
+    Span begin_row(uint32_t y) {
         // Y grows downwards, so the streak rises to the right with -Y.
         const float fy = -frame.y_at(y);
         row_u = fy * kSin;
         row_v = fy * kCos;
+        return frame.span(fy * fy, kBound);
     }
     float at(uint32_t x) const {
         const float fx = frame.x_at(x);
@@ -142,9 +167,10 @@ struct StarField {
     const RadialTable *rays;
     Frame frame;
     float y2;
-    void begin_row(uint32_t y) {
+    Span begin_row(uint32_t y) {
         const float fy = frame.y_at(y);
         y2 = fy * fy;
+        return frame.span(y2, rays->extent);
     }
     float at(uint32_t x) const {
         const float fx = frame.x_at(x);
@@ -164,9 +190,10 @@ struct LobesField {
     const RadialTable *glow;
     Frame frame;
     float y2;
-    void begin_row(uint32_t y) {
+    Span begin_row(uint32_t y) {
         const float fy = frame.y_at(y);
         y2 = fy * fy;
+        return frame.span(y2, glow->extent);
     }
     float at(uint32_t x) const {
         const float fx = frame.x_at(x);
@@ -182,7 +209,10 @@ struct LobesField {
 struct DiamondField {
     Frame frame;
     float ay;
-    void begin_row(uint32_t y) { ay = fabsf(frame.y_at(y)); }
+    Span begin_row(uint32_t y) {
+        ay = fabsf(frame.y_at(y));
+        return frame.span(ay * ay, 1.0f);
+    }
     float at(uint32_t x) const {
         const float t = 1.0f - (fabsf(frame.x_at(x)) + ay);
         return t > 0.0f ? t * t * t : 0.0f;
@@ -273,15 +303,48 @@ SeparableShape separable_shape(uint32_t type, float finger_length) {
     return s;
 }
 
+// Column factors for every column and row factors for every row, built once;
+// rows and columns whose best case still rounds to opacity 0 are skipped.
 struct SeparableField {
     const SeparableShape *shape;
-    const float *columns;  // terms x width column factors
-    uint32_t width;
-    Frame frame;
+    const float *columns;  // terms x width
+    const float *rows;     // terms x height
+    uint32_t width, height;
+    float color_alpha;
+    float column_max[kMaxTerms];
+    Span columns_span;
     float row[kMaxTerms];
-    void begin_row(uint32_t y) {
-        const float fy = frame.y_at(y);
-        for (int k = 0; k < shape->terms; ++k) row[k] = shape->row[k].at(fy);
+
+    // The pass turns an intensity i into opacity 0 exactly when
+    // i alpha + 0.5 < 1; products and sums of non-negative floats only grow
+    // with their terms, so a bound below that proves a whole row or column empty.
+    bool invisible(float bound) const { return bound * color_alpha + 0.5f < 1.0f; }
+
+    void prepare() {
+        float row_max[kMaxTerms] = {};
+        for (int k = 0; k < shape->terms; ++k) {
+            column_max[k] = *std::max_element(columns + k * width, columns + (k + 1) * width);
+            row_max[k] = *std::max_element(rows + k * height, rows + (k + 1) * height);
+        }
+        auto column_bound = [&](uint32_t x) {
+            float sum = 0.0f;
+            for (int k = 0; k < shape->terms; ++k) sum += columns[k * width + x] * row_max[k];
+            return sum;
+        };
+        columns_span = {0, width};
+        while (columns_span.first < width && invisible(column_bound(columns_span.first)))
+            ++columns_span.first;
+        while (columns_span.last > columns_span.first &&
+               invisible(column_bound(columns_span.last - 1)))
+            --columns_span.last;
+    }
+    Span begin_row(uint32_t y) {
+        float bound = 0.0f;
+        for (int k = 0; k < shape->terms; ++k) {
+            row[k] = rows[k * height + y];
+            bound += column_max[k] * row[k];
+        }
+        return invisible(bound) ? Span{0, 0} : columns_span;
     }
     float at(uint32_t x) const {
         float sum = 0.0f;
@@ -297,7 +360,7 @@ template <class Field>
 struct FlareCoverage {
     Field field;
     float color_alpha;
-    void begin_row(uint32_t y) { field.begin_row(y); }
+    Span begin_row(uint32_t y) { return field.begin_row(y); }
     uint32_t alpha(uint32_t x) const {
         float intensity = field.at(x);
         if (!(intensity > 0.0f)) return 0;
@@ -346,16 +409,20 @@ int draw_flare(VokBitmap &bitmap, const TintBlend &tint, uint32_t type, const Fr
         case kVokFlareFinger:
         case kVokFlareBlobFlare: {
             const SeparableShape shape = separable_shape(type, finger_length);
-            const uint32_t width = bitmap.width;
-            float *columns = static_cast<float *>(
-                malloc(sizeof(float) * static_cast<size_t>(shape.terms) * width));
+            const uint32_t width = bitmap.width, height = bitmap.height;
+            const size_t terms = static_cast<size_t>(shape.terms);
+            float *columns = static_cast<float *>(malloc(sizeof(float) * terms * (width + height)));
             if (columns == nullptr) return 0;
-            for (int k = 0; k < shape.terms; ++k) {
-                for (uint32_t x = 0; x < width; ++x) {
+            float *rows = columns + terms * width;
+            for (size_t k = 0; k < terms; ++k) {
+                for (uint32_t x = 0; x < width; ++x)
                     columns[k * width + x] = shape.column[k].at(frame.x_at(x));
-                }
+                for (uint32_t y = 0; y < height; ++y)
+                    rows[k * height + y] = shape.row[k].at(frame.y_at(y));
             }
-            SeparableField field{&shape, columns, width, frame, {}};
+            SeparableField field{&shape, columns, rows, width, height,
+                                 static_cast<float>(tint.color.alpha), {}, {}, {}};
+            field.prepare();
             draw(bitmap, tint, field);
             free(columns);
             return 1;
@@ -399,7 +466,7 @@ int VokFlare(VokBitmap *bitmap, float fScale, VokColor color, uint32_t type, flo
         return 1;
     }
     const vok::Frame frame{dx * static_cast<float>(bitmap->width),
-                           dy * static_cast<float>(bitmap->height), kx, ky};
+                           dy * static_cast<float>(bitmap->height), kx, ky, bitmap->width};
     vok::TintBlend tint;
     vok::tint_blend_init(tint, color, mode);
     return vok::draw_flare(*bitmap, tint, type, frame, finger_length);

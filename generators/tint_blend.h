@@ -26,17 +26,24 @@ struct TintBlend {
 
 void tint_blend_init(TintBlend &tint, VokColor color, VokBlendMode mode);
 
+// The columns [first, last) of a row that may be covered; outside them the
+// coverage is 0.
+struct Span {
+    uint32_t first, last;
+};
+
 namespace tint_detail {
 
-// A coverage supplies begin_row(y) and then alpha(x) for x = 0 .. width - 1
-// along that row: the opacity 0..255 of the colour at that pixel.
+// A coverage supplies begin_row(y), returning the span of the row to visit,
+// and then alpha(x) for each x of that span: the opacity 0..255 of the colour
+// at that pixel.
 template <bool PerChannel, class Coverage>
 void rows(VokBitmap &bitmap, const TintBlend &tint, Coverage &coverage) {
     const uint32_t width = bitmap.width;
     for (uint32_t y = 0; y < bitmap.height; ++y) {
-        coverage.begin_row(y);
-        uint8_t *p = bitmap.pixels + static_cast<std::size_t>(y) * width * 4;
-        for (uint32_t x = 0; x < width; ++x, p += 4) {
+        const Span span = coverage.begin_row(y);
+        uint8_t *p = bitmap.pixels + (static_cast<std::size_t>(y) * width + span.first) * 4;
+        for (uint32_t x = span.first; x < span.last; ++x, p += 4) {
             const uint32_t a = coverage.alpha(x);
             if (a == 0) continue;
             if (PerChannel) {

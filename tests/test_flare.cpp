@@ -150,3 +150,20 @@ TEST(Flare, FingerReachesAsFarAsTheStrength) {
     EXPECT_EQ(0, full.at(16 + 8, 32 + 6));
     EXPECT_EQ(full.v, intensity(kVokFlareFinger, 0.5f, 0.25f, 0.5f, 1, 1, 3.0).v);
 }
+
+TEST(Flare, CroppedCanvasesDrawTheSamePixels) {
+    // Each half of a 64 x 64 flare equals the flare drawn on a 32 x 64 canvas
+    // with its centre on that canvas's edge (same unit: the longer side is 64
+    // every time), so no visible part of any shape is skipped.
+    for (uint32_t type : kTypes) {
+        const Intensity whole = intensity(type, 0.5f, 0.5f, 0.4f, 1.2f, 0.8f, 1.0, 64, 64);
+        const Intensity left = intensity(type, 0.5f, 1.0f, 0.4f, 1.2f, 0.8f, 1.0, 32, 64);
+        const Intensity right = intensity(type, 0.5f, 0.0f, 0.4f, 1.2f, 0.8f, 1.0, 32, 64);
+        for (uint32_t y = 0; y < 64; ++y) {
+            for (uint32_t x = 0; x < 32; ++x) {
+                ASSERT_EQ(whole.at(x, y), left.at(x, y)) << "type " << type << " at " << x << "," << y;
+                ASSERT_EQ(whole.at(x + 32, y), right.at(x, y)) << "type " << type << " at " << x << "," << y;
+            }
+        }
+    }
+}
