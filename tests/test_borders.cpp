@@ -98,7 +98,9 @@ TEST(Borders, SteeperShapeModesKeepMoreOfTheMiddleClear) {
                           kVokBorderShapeUltraSharp}) {
         params.shapeMode = mode;
         const long darkness = total(opacity_map(40, 40, params));
-        if (mode != kVokBorderShapeNormal) EXPECT_LT(darkness, previous) << "shape mode " << mode;
+        if (mode != kVokBorderShapeNormal) {
+            EXPECT_LT(darkness, previous) << "shape mode " << mode;
+        }
         previous = darkness;
     }
     // An unknown shape mode falls back to normal.
