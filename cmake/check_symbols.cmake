@@ -56,9 +56,10 @@ string(REPLACE "\n" ";" lines "${listing}")
 set(exported "")
 foreach(line ${lines})
   # "<address> <type> <name>[@version]"; absolute (A) entries are version
-  # nodes, not symbols.
+  # nodes, and AddressSanitizer adds an "__odr_asan." indicator beside each
+  # exported variable: neither is a name of the library.
   if(line MATCHES "^[0-9a-fA-F]* *([A-Za-z]) ([^ @]+)")
-    if(NOT CMAKE_MATCH_1 STREQUAL "A")
+    if(NOT CMAKE_MATCH_1 STREQUAL "A" AND NOT CMAKE_MATCH_2 MATCHES "^__odr_asan[._]")
       list(APPEND exported "${CMAKE_MATCH_2}")
     endif()
   endif()
