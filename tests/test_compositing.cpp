@@ -33,11 +33,13 @@ bool same_rgb(const VokColor &a, const VokColor &b) {
 TEST(BlendBitmap, EveryModeMatchesThePerPixelBlend) {
     for (VokBlendMode mode = 0; mode <= 30; ++mode)
         for (float opacity : {1.0f, 0.37f, 1.5f, -0.5f}) {
-            TestBitmap destination = boundary_bitmap(7, 5, mode);
-            TestBitmap source = boundary_bitmap(5, 6, mode + 100);
+            // An overlap of 11 columns covers both 4- and 8-pixel vector
+            // rows with a scalar tail.
+            TestBitmap destination = boundary_bitmap(13, 5, mode);
+            TestBitmap source = boundary_bitmap(11, 6, mode + 100);
             TestBitmap expected(destination);
             for (uint32_t y = 0; y < 5; ++y)
-                for (uint32_t x = 0; x < 5; ++x) {
+                for (uint32_t x = 0; x < 11; ++x) {
                     VokColor s = source.at(x, y);
                     // trunc(alpha * opacity), saturating at 0, low 8 bits.
                     const float a = s.alpha * opacity;
