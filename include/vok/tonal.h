@@ -100,9 +100,6 @@ VOK_API void VokLocalContrastEnhanceProcessor(VokBitmap *bitmap);
 VOK_API void VokLocalContrastEnhance(VokBitmap *bitmap);
 VOK_API void VokNightEnhance(VokBitmap *bitmap);
 
-/* ---- One-call enhancements ------------------------------------------------ */
-VOK_API void VokAutoColorsFadeMaxColor(VokBitmap *bitmap, double strength, VokColor color);
-
 VOK_END_DECLS
 
 #endif

@@ -1,0 +1,59 @@
+// Runners whose engines are not built yet: each logs that it is unavailable
+// and fails, so a run goes on past it with the next step.
+#include "effects/effects_internal.h"
+
+namespace {
+
+int not_available(const char *name) {
+    VOK_LOGD("%s processor is not available yet.", name);
+    return 0;
+}
+
+}  // namespace
+
+extern "C" {
+
+int TESKRunVignetteProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("vignette");
+}
+int TESKRunHistogramMappingProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("histogramMapping");
+}
+int TESKRunGammaProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("gamma");
+}
+int TESKRunColorMatrixTransformProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("colorMatrixTransform");
+}
+int TESKRunIntensityMapProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("intensityMap");
+}
+int TESKRunFlareProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("flare");
+}
+int TESKRunContrastProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("contrast");
+}
+int TESKRunBlendWithColorProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("blendWithColor");
+}
+int TESKRunNoiseProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("noise");
+}
+int TESKRunSharpnessProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("sharpness");
+}
+int TESKRunGradientProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("gradient");
+}
+int TESKRunGradientMapProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("gradientMap");
+}
+int TESKRunGradientFlareProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("gradientFlare");
+}
+int TESKRunAdjustmentsProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
+    return not_available("adjustments");
+}
+
+}  // extern "C"
