@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/bitmaps.h"
+#include "support/gradients.h"
 #include "vok/generators.h"
 
 using vok_test::TestBitmap;
@@ -13,30 +14,7 @@ using vok_test::rgba;
 
 namespace {
 
-struct Gradient {
-    std::vector<VokColorStop> colors;
-    std::vector<VokOpacityStop> opacities;
-    VokGradient g{};
-
-    Gradient &color(uint8_t r, uint8_t gr, uint8_t b, double at) {
-        colors.push_back({{r, gr, b, 255}, at});
-        return *this;
-    }
-    Gradient &opacity(double o, double at) {
-        opacities.push_back({o, at});
-        return *this;
-    }
-    VokGradient *get() {
-        g = {colors.data(), opacities.data(), static_cast<uint32_t>(colors.size()),
-             static_cast<uint32_t>(opacities.size())};
-        return &g;
-    }
-    std::vector<VokColor> table(uint32_t n) {
-        std::vector<VokColor> t(n);
-        VokGradientMemoize(get(), t.data(), n);
-        return t;
-    }
-};
+using Gradient = vok_test::GradientStops;
 
 const uint32_t kNormal = 0;
 
