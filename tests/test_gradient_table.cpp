@@ -63,14 +63,6 @@ TEST(GradientTable, StopsOutsideTheRangeAndAtOneLocation) {
     for (int i = 2; i < 5; ++i) expect_colour(t[i], 0, 0, 255, 255, "from the shared location");
 }
 
-TEST(GradientTable, MultiplyAlphaScalesEveryOpacityStop) {
-    Stops s;
-    s.opacity(1.0, 0).opacity(0.5, 100);
-    VokGradientMultiplyAlpha(s.get(), 0.5);
-    EXPECT_EQ(s.opacities[0].opacity, 0.5);
-    EXPECT_EQ(s.opacities[1].opacity, 0.25);
-}
-
 TEST(FlareShapes, HeartStarAndCrescentAtWorkedPoints) {
     EXPECT_DOUBLE_EQ(VokCalcNoiseHeart(0, -1, 3, 7), 1.0);
     EXPECT_DOUBLE_EQ(VokCalcNoiseHeart(0, 1, 3, 7), -3.0);

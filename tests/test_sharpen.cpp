@@ -242,21 +242,6 @@ TEST(BoxHybrid, PassesMatchThePlainRuleOnRandomImages) {
     }
 }
 
-TEST(BoxHybrid, IntegralLinesSumRedGreenBlueOnly) {
-    TestBitmap bm(3, 2);
-    bm.at(0, 0) = rgba(1, 2, 3, 200);
-    bm.at(1, 0) = rgba(10, 20, 30, 200);
-    bm.at(2, 0) = rgba(100, 200, 255, 200);
-    bm.at(2, 1) = rgba(7, 8, 9, 200);
-    uint32_t row[9], column[6];
-    VokBuildIntegralLineX(bm.get(), 0, row);
-    VokBuildIntegralLineY(bm.get(), 2, column);
-    const uint32_t want_row[9] = {1, 2, 3, 11, 22, 33, 111, 222, 288};
-    const uint32_t want_column[6] = {100, 200, 255, 107, 208, 264};
-    for (int i = 0; i < 9; ++i) EXPECT_EQ(row[i], want_row[i]) << i;
-    for (int i = 0; i < 6; ++i) EXPECT_EQ(column[i], want_column[i]) << i;
-}
-
 TEST(SharpenWrappers, BlendWithOriginalAndSoftFocusComposeTheirSteps) {
     TestBitmap image(21, 17);
     image.randomize(77);
