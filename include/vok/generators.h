@@ -108,22 +108,50 @@ typedef struct VokBorderParams {
     uint32_t seed;    /* for styles with random edges */
 } VokBorderParams;
 
+/* Defaults: the vignette style, opaque black, normal blend, normal shape,
+ * stretched, scale 1, centred, seed 0. */
 VOK_API void VokBorderInitParams(VokBorderParams *params);
+/* Draws the border. The vignette: the colour (its alpha as opacity) blended
+ * in with the record's mode, clear in the centre (shifted by dx, dy) and at
+ * full strength on the ellipse whose diameter is the scale (pixels, or a
+ * fraction of each side when stretched) and beyond; the steeper shape modes
+ * (normal, sharp, mediumSharp, ultraSharp in that order) keep more of the
+ * middle clear. Other styles are not available yet: 0 with a message. */
 VOK_API int VokBorders(VokBitmap *bitmap, const VokBorderParams *params);
 
-/* ---- Light flares ---------------------------------------------------------- */
+/* ---- Light flares ----------------------------------------------------------
+ * Shapes in flare units (one unit = fScale x the longer side, times dsx
+ * across and dsy down), centred on the flare's centre: */
 enum {
-    kVokFlareSinc = 0, kVokFlareGaussianThing, kVokFlareGaussianThing2,
-    kVokFlareGaussianThing3, kVokFlareGaussianThing4, kVokFlareAngleGaussian,
-    kVokFlareStardom, kVokFlareLobes, kVokFlareUnnamed8, kVokFlareStripe,
-    kVokFlareStripe2, kVokFlareDiamond, kVokFlareCross, kVokFlareCorner,
-    kVokFlareFinger, kVokFlareBlobFlare, kVokFlareBlah, kVokFlareBlob, kVokFlareBlob2,
+    kVokFlareSinc = 0,      /* |sinc| rings fading out at radius 1 */
+    kVokFlareGaussianThing, /* tight round gaussian glow, sigma 0.12 */
+    kVokFlareGaussianThing2, /* round gaussian glow, sigma 0.25 */
+    kVokFlareGaussianThing3, /* wide soft gaussian glow, sigma 0.45 */
+    kVokFlareGaussianThing4, /* bright pin-point core in a wide halo */
+    kVokFlareAngleGaussian, /* thin gaussian streak tilted 30 degrees upward */
+    kVokFlareStardom,       /* small core with eight thin rays */
+    kVokFlareLobes,         /* three round lobes, one pointing right */
+    kVokFlareUnnamed8,      /* no shape: VokFlare refuses it */
+    kVokFlareStripe,        /* one thin horizontal streak */
+    kVokFlareStripe2,       /* a horizontal streak between two fainter ones */
+    kVokFlareDiamond,       /* cubic falloff inside a diamond of radius 1 */
+    kVokFlareCross,         /* horizontal and vertical streaks over a core */
+    kVokFlareCorner,        /* four glows at the corners of a square of side 1 */
+    kVokFlareFinger,        /* one-sided streak to the right, as long as the strength */
+    kVokFlareBlobFlare,     /* four ghost blobs along a line through the centre */
+    kVokFlareBlah,          /* a thin halo ring at radius 0.6 round a faint core */
+    kVokFlareBlob,          /* flat disc of radius 0.3 with a soft edge */
+    kVokFlareBlob2,         /* faint disc of radius 0.35 with a bright rim */
     kVokFlareTypeCount
 };
 
 /* Draws a light flare of the colour (its alpha as opacity) centred at
- * (dx, dy), fractions of the image, stretched by dsx, dsy and sized by fScale
- * relative to the image. Returns 1 on success, 0 for an unknown type. */
+ * (dx, dy), fractions of the image's width and height, stretched by dsx, dsy
+ * and sized by fScale relative to the image, blended with the mode (integer
+ * family, the shape's intensity as the colour's alpha). The strength is read
+ * by the finger flare alone (its length, at most 1); the other types take
+ * their strength from the colour's alpha. A flare of no size draws nothing.
+ * Returns 1 on success, 0 for an unknown type or a failed allocation. */
 VOK_API int VokFlare(VokBitmap *bitmap, float fScale, VokColor color, uint32_t type, float dx,
                      float dy, float dsx, float dsy, VokBlendMode mode, double strength);
 

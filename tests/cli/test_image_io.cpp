@@ -1,0 +1,147 @@
+// Photo files in and out of the vok tool.
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <png.h>
+
+#include "support/bitmaps.h"
+#include "cli_files.h"
+#include "image_io.h"
+
+namespace {
+
+using vok_cli::Image;
+using vok_test::ScratchDir;
+using vok_test::TestBitmap;
+
+std::vector<uint8_t> pixels_of(const Image &image) {
+    const VokBitmap &b = image.bitmap;
+    return std::vector<uint8_t>(b.pixels, b.pixels + size_t{4} * b.width * b.height);
+}
+
+// Writes pixels in any layout libpng's simplified writer offers.
+void write_png_as(const std::string &path, uint32_t width, uint32_t height, uint32_t format,
+                  const void *pixels, const void *colormap = nullptr, uint32_t entries = 0) {
+    png_image image;
+    memset(&image, 0, sizeof image);
+    image.version = PNG_IMAGE_VERSION;
+    image.width = width;
+    image.height = height;
+    image.format = format;
+    image.colormap_entries = entries;
+    ASSERT_TRUE(png_image_write_to_file(&image, path.c_str(), 0, pixels, 0, colormap))
+        << image.message;
+}
+
+TEST(ImageIo, PngRoundTripKeepsEveryByteAndJpegStaysClose) {
+    ScratchDir dir;
+    TestBitmap original(13, 7);
+    original.randomize(42);
+    std::string error;
+    ASSERT_TRUE(vok_cli::write_image(dir.path("a.PNG"), *original.get(), error)) << error;
+    Image back;
+    ASSERT_TRUE(vok_cli::read_image(dir.path("a.PNG"), back, error)) << error;
+    EXPECT_EQ(back.bitmap.width, 13u);
+    EXPECT_EQ(back.bitmap.height, 7u);
+    EXPECT_EQ(pixels_of(back), original.bytes());
+
+    // A smooth image survives JPEG nearly unchanged; alpha becomes opaque.
+    TestBitmap smooth(32, 16);
+    for (uint32_t y = 0; y < 16; ++y)
+        for (uint32_t x = 0; x < 32; ++x)
+            smooth.at(x, y) = vok_test::rgba(x * 8, 60 + y * 8, 200 - x * 4, 17);
+    ASSERT_TRUE(vok_cli::write_image(dir.path("b.Jpeg"), *smooth.get(), error)) << error;
+    ASSERT_TRUE(vok_cli::read_image(dir.path("b.Jpeg"), back, error)) << error;
+    ASSERT_EQ(back.bitmap.width, 32u);
+    int worst = 0;
+    for (uint32_t i = 0; i < 32 * 16 * 4; i += 4) {
+        EXPECT_EQ(back.bitmap.pixels[i + 3], 255);
+        for (int c = 0; c < 3; ++c)
+            worst = std::max(worst, std::abs(back.bitmap.pixels[i + c] - smooth.get()->pixels[i + c]));
+    }
+    EXPECT_LE(worst, 12);
+}
+
+TEST(ImageIo, PngLayoutsBecomeEightBitRgba) {
+    ScratchDir dir;
+    std::string error;
+    Image image;
+
+    const uint8_t grey[] = {0, 77, 255};
+    write_png_as(dir.path("grey.png"), 3, 1, PNG_FORMAT_GRAY, grey);
+    ASSERT_TRUE(vok_cli::read_image(dir.path("grey.png"), image, error)) << error;
+    EXPECT_EQ(pixels_of(image), (std::vector<uint8_t>{0, 0, 0, 255, 77, 77, 77, 255,
+                                                       255, 255, 255, 255}));
+
+    const uint8_t grey_alpha[] = {10, 0, 200, 128};
+    write_png_as(dir.path("ga.png"), 2, 1, PNG_FORMAT_GA, grey_alpha);
+    ASSERT_TRUE(vok_cli::read_image(dir.path("ga.png"), image, error)) << error;
+    EXPECT_EQ(pixels_of(image), (std::vector<uint8_t>{10, 10, 10, 0, 200, 200, 200, 128}));
+
+    // Palette with a transparency chunk.
+    const uint8_t palette[] = {255, 0, 0, 255, 0, 0, 255, 64};
+    const uint8_t indices[] = {1, 0, 1};
+    write_png_as(dir.path("pal.png"), 3, 1, PNG_FORMAT_RGBA_COLORMAP, indices, palette, 2);
+    ASSERT_TRUE(vok_cli::read_image(dir.path("pal.png"), image, error)) << error;
+    EXPECT_EQ(pixels_of(image), (std::vector<uint8_t>{0, 0, 255, 64, 255, 0, 0, 255,
+                                                       0, 0, 255, 64}));
+
+    // 16 bits a channel are scaled to 8 with rounding.
+    const uint16_t deep[] = {0xFFFF, 0x0000, 0x8080, 0xFFFF};
+    write_png_as(dir.path("deep.png"), 1, 1, PNG_FORMAT_LINEAR_RGB_ALPHA, deep);
+    ASSERT_TRUE(vok_cli::read_image(dir.path("deep.png"), image, error)) << error;
+    EXPECT_EQ(pixels_of(image), (std::vector<uint8_t>{255, 0, 128, 255}));
+}
+
+TEST(ImageIo, FailuresExplainAndNeverClobberTheTarget) {
+    ScratchDir dir;
+    std::string error;
+    Image image;
+    EXPECT_FALSE(vok_cli::read_image(dir.path("none.png"), image, error));
+    EXPECT_EQ(error, "No such file or directory");
+
+    vok_test::write_file(dir.path("text.png"), "just some text, long enough");
+    EXPECT_FALSE(vok_cli::read_image(dir.path("text.png"), image, error));
+    EXPECT_EQ(error, "not a PNG or JPEG file");
+
+    // A PNG cut short after its header.
+    TestBitmap small(20, 20);
+    small.randomize(7);
+    ASSERT_TRUE(vok_cli::write_image(dir.path("whole.png"), *small.get(), error));
+    const std::string whole = vok_test::read_file(dir.path("whole.png"));
+    vok_test::write_file(dir.path("cut.png"), whole.substr(0, whole.size() / 2));
+    EXPECT_FALSE(vok_cli::read_image(dir.path("cut.png"), image, error));
+    EXPECT_EQ(error.rfind("corrupt PNG: ", 0), 0u) << error;
+    EXPECT_EQ(image.bitmap.pixels, nullptr);
+    vok_test::write_file(dir.path("cut.jpg"), std::string("\xFF\xD8\xFF\xE0", 4));
+    EXPECT_FALSE(vok_cli::read_image(dir.path("cut.jpg"), image, error));
+    EXPECT_EQ(error.rfind("corrupt JPEG: ", 0), 0u) << error;
+
+    EXPECT_FALSE(vok_cli::write_image(dir.path("out.tiff"), *small.get(), error));
+    EXPECT_FALSE(vok_cli::write_image(dir.path("missing/out.png"), *small.get(), error));
+    EXPECT_EQ(error, "No such file or directory");
+
+    // JPEG cannot hold 70000 columns: the encoder fails part way, and the
+    // existing file and the directory are exactly as before.
+    vok_test::write_file(dir.path("keep.jpg"), "precious");
+    const auto before = dir.entries();
+    TestBitmap wide(70000, 1);
+    EXPECT_FALSE(vok_cli::write_image(dir.path("keep.jpg"), *wide.get(), error));
+    EXPECT_FALSE(error.empty());
+    EXPECT_EQ(vok_test::read_file(dir.path("keep.jpg")), "precious");
+    EXPECT_EQ(dir.entries(), before);
+}
+
+TEST(ImageIo, FormatFollowsTheExtensionInAnyCase) {
+    vok_cli::ImageFormat format;
+    ASSERT_TRUE(vok_cli::format_for_path("a/b.JPG", format));
+    EXPECT_EQ(format, vok_cli::ImageFormat::jpeg);
+    ASSERT_TRUE(vok_cli::format_for_path("x.jpeg", format));
+    EXPECT_EQ(format, vok_cli::ImageFormat::jpeg);
+    ASSERT_TRUE(vok_cli::format_for_path("x.Png", format));
+    EXPECT_EQ(format, vok_cli::ImageFormat::png);
+    EXPECT_FALSE(vok_cli::format_for_path("png", format));
+    EXPECT_FALSE(vok_cli::format_for_path("x.png.bak", format));
+}
+
+}  // namespace

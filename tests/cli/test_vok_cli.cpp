@@ -1,0 +1,139 @@
+// The vok tool run as a user runs it: exit statuses, messages, files left.
+#include <cstdio>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include "support/bitmaps.h"
+#include "cli_files.h"
+#include "image_io.h"
+
+namespace {
+
+using vok_test::ScratchDir;
+
+struct Outcome {
+    int status;
+    std::string output;  // standard output and standard error together
+};
+
+Outcome vok(const std::string &arguments) {
+    const std::string command = std::string("'") + VOK_CLI_PATH + "' " + arguments + " 2>&1";
+    Outcome outcome{-1, ""};
+    FILE *pipe = popen(command.c_str(), "r");
+    if (pipe == nullptr) return outcome;
+    char chunk[4096];
+    size_t got;
+    while ((got = fread(chunk, 1, sizeof chunk, pipe)) > 0) outcome.output.append(chunk, got);
+    const int status = pclose(pipe);
+    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return outcome;
+}
+
+std::string data(const std::string &name) { return std::string(getenv("VOK_TEST_DATA")) + "/" + name; }
+
+bool contains(const std::string &text, const std::string &part) {
+    return text.find(part) != std::string::npos;
+}
+
+const char kUnknownLast[] =
+    R"({"identifier": "x", "processors": [{"name": "original", "parameters": {}},)"
+    R"( {"name": "sparkle", "parameters": {}}]})";
+
+TEST(VokCli, ApplyOriginalReproducesThePixels) {
+    ScratchDir dir;
+    vok_test::TestBitmap photo(23, 11);
+    photo.randomize(5);
+    std::string error;
+    ASSERT_TRUE(vok_cli::write_image(dir.path("in.png"), *photo.get(), error));
+
+    for (const char *options : {"", "--strength 0.25 --seed -7", "--seed=3"}) {
+        const Outcome run = vok(std::string("apply ") + options + " " + data("original.json") +
+                                " " + dir.path("in.png") + " " + dir.path("out.png"));
+        EXPECT_EQ(run.status, 0) << options << ": " << run.output;
+        vok_cli::Image out;
+        ASSERT_TRUE(vok_cli::read_image(dir.path("out.png"), out, error)) << error;
+        EXPECT_EQ(std::vector<uint8_t>(out.bitmap.pixels, out.bitmap.pixels + 23 * 11 * 4),
+                  photo.bytes())
+            << options;
+    }
+}
+
+TEST(VokCli, ApplyFailuresSetTheStatusAndWriteNothing) {
+    ScratchDir dir;
+    vok_test::TestBitmap photo(4, 4);
+    std::string error;
+    ASSERT_TRUE(vok_cli::write_image(dir.path("in.png"), *photo.get(), error));
+    vok_test::write_file(dir.path("unknown.json"), kUnknownLast);
+    const std::string out = dir.path("out.jpg");
+
+    Outcome run = vok("apply " + data("original.json") + " " + dir.path("none.png") + " " + out);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.output, "vok: cannot read '" + dir.path("none.png") +
+                              "': No such file or directory\n");
+
+    run = vok("apply " + dir.path("unknown.json") + " " + dir.path("in.png") + " " + out);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(contains(run.output, "No processor found with name: sparkle")) << run.output;
+
+    run = vok("apply " + dir.path("missing.json") + " " + dir.path("in.png") + " " + out);
+    EXPECT_EQ(run.status, 2);
+    run = vok("apply " + data("original.json") + " " + dir.path("in.png") + " " +
+              dir.path("out.gif"));
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(contains(run.output, "unknown image type")) << run.output;
+    run = vok("apply --strength much " + data("original.json") + " " + dir.path("in.png") +
+              " " + out);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(contains(run.output, "invalid number for --strength: 'much'")) << run.output;
+    EXPECT_EQ(vok("apply " + data("original.json")).status, 2);
+    EXPECT_EQ(vok("frobnicate").status, 2);
+
+    EXPECT_EQ(dir.entries(), (std::vector<std::string>{"in.png", "unknown.json"}));
+}
+
+TEST(VokCli, ValidateJudgesEveryStep) {
+    ScratchDir dir;
+    vok_test::write_file(dir.path("unknown.json"), kUnknownLast);
+    // The failing step comes first; a whole run would report success.
+    vok_test::write_file(dir.path("first.json"),
+                         R"({"identifier": "x", "processors": [{"name": "Original", "parameters": {}},)"
+                         R"( {"name": "original", "parameters": {}}]})");
+    vok_test::write_file(dir.path("broken.json"), "{\"identifier\": ");
+
+    Outcome run = vok("validate " + data("original.json"));
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_TRUE(contains(run.output, "step 1 \"original\": ok")) << run.output;
+
+    run = vok("validate " + dir.path("first.json"));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(contains(run.output, "No processor found with name: Original")) << run.output;
+    EXPECT_TRUE(contains(run.output, "step 1 \"Original\": FAILED")) << run.output;
+    EXPECT_TRUE(contains(run.output, "step 2 \"original\": ok")) << run.output;
+
+    run = vok("validate " + data("original.json") + " " + dir.path("broken.json") + " " +
+              dir.path("unknown.json"));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(contains(run.output, "Invalid JSON string.")) << run.output;
+    EXPECT_TRUE(contains(run.output, dir.path("broken.json") + ": FAILED")) << run.output;
+    EXPECT_TRUE(contains(run.output, dir.path("unknown.json") + ": FAILED")) << run.output;
+
+    EXPECT_EQ(vok("validate").status, 2);
+}
+
+TEST(VokCli, InfoAndHelp) {
+    Outcome run = vok("info");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, "vok-lite library 2.1.1\neffect format 2.0.0\n");
+    for (const char *command : {"apply", "validate", "info"}) {
+        run = vok(std::string(command) + " --help");
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.output.rfind(std::string("Usage: vok ") + command, 0), 0u) << run.output;
+    }
+    run = vok("--help");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(contains(run.output, "validate")) << run.output;
+    EXPECT_EQ(vok("").status, 2);
+}
+
+}  // namespace
