@@ -1,6 +1,7 @@
 // Borders and vignettes. The vignette is the one style drawn so far: the
 // border colour blended toward the edges, clear in the middle.
 #include <math.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include "core/log.h"
@@ -26,23 +27,26 @@ float falloff_exponent(uint32_t shape_mode) {
     }
 }
 
+// Table steps per unit of distance squared, across and down:
+// u (kFalloffSteps - 1) = kx (x - cx)^2 + ky (y - cy)^2.
+float axis_term(uint32_t i, float centre, float k) {
+    const float d = static_cast<float>(i) + 0.5f - centre;
+    return k * d * d;
+}
+
 struct VignetteCoverage {
     uint8_t alpha_at[kFalloffSteps];
-    // Table steps per unit of horizontal distance squared, and the same
-    // vertically: u (kFalloffSteps - 1) = kx (x - cx)^2 + ky (y - cy)^2.
-    float kx, ky;
-    float cx, cy;
+    const float *column_terms;  // axis_term of every column
+    float ky, cy;
     float row_term;
     uint32_t width;
 
     Span begin_row(uint32_t y) {
-        const float dy = static_cast<float>(y) + 0.5f - cy;
-        row_term = ky * dy * dy;
+        row_term = axis_term(y, cy, ky);
         return {0, width};
     }
     uint32_t alpha(uint32_t x) const {
-        const float dx = static_cast<float>(x) + 0.5f - cx;
-        const float step = kx * dx * dx + row_term;
+        const float step = column_terms[x] + row_term;
         // Beyond the table, and NaN from a zero-sized vignette, take full colour.
         if (!(step < static_cast<float>(kFalloffSteps - 1))) return alpha_at[kFalloffSteps - 1];
         return alpha_at[static_cast<uint32_t>(step)];
@@ -70,15 +74,20 @@ int draw_vignette(VokBitmap &bitmap, const VokBorderParams &params) {
     const double half_x = params.scale * 0.5 * (params.stretch ? width : 1.0);
     const double half_y = params.scale * 0.5 * (params.stretch ? height : 1.0);
     const double steps = kFalloffSteps - 1;
-    coverage.kx = static_cast<float>(steps / (half_x * half_x));
+    const float kx = static_cast<float>(steps / (half_x * half_x));
+    const float cx = static_cast<float>(width * 0.5 * (1.0 + params.dx));
+    float *column_terms = static_cast<float *>(malloc(sizeof(float) * bitmap.width));
+    if (column_terms == nullptr) return 0;
+    for (uint32_t x = 0; x < bitmap.width; ++x) column_terms[x] = axis_term(x, cx, kx);
+    coverage.column_terms = column_terms;
     coverage.ky = static_cast<float>(steps / (half_y * half_y));
-    coverage.cx = static_cast<float>(width * 0.5 * (1.0 + params.dx));
     coverage.cy = static_cast<float>(height * 0.5 * (1.0 + params.dy));
     coverage.row_term = 0.0f;
     coverage.width = bitmap.width;
     TintBlend tint;
     tint_blend_init(tint, params.color, params.blendMode);
     tint_pass(bitmap, tint, coverage);
+    free(column_terms);
     return 1;
 }
 
@@ -104,7 +113,7 @@ int VokBorders(VokBitmap *bitmap, const VokBorderParams *params) {
         VOK_LOGD("Border style %u is not available yet.", static_cast<unsigned>(params->style));
         return 0;
     }
-    if (params->color.alpha == 0) return 1;
+    if (params->color.alpha == 0 || bitmap->width == 0 || bitmap->height == 0) return 1;
     return vok::draw_vignette(*bitmap, *params);
 }
 

@@ -116,7 +116,8 @@ VOK_API void VokBorderInitParams(VokBorderParams *params);
  * full strength on the ellipse whose diameter is the scale (pixels, or a
  * fraction of each side when stretched) and beyond; the steeper shape modes
  * (normal, sharp, mediumSharp, ultraSharp in that order) keep more of the
- * middle clear. Other styles are not available yet: 0 with a message. */
+ * middle clear. Other styles are not available yet: 0 with a message; 0
+ * also when working memory cannot be had. */
 VOK_API int VokBorders(VokBitmap *bitmap, const VokBorderParams *params);
 
 /* ---- Light flares ----------------------------------------------------------

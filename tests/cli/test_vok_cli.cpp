@@ -137,3 +137,47 @@ TEST(VokCli, InfoAndHelp) {
 }
 
 }  // namespace
+
+TEST(VokCli, GalleryDrawsEveryLookAndReportsFailures) {
+    ScratchDir dir;
+    // 620 x 24 shrinks by 3 (the smallest factor within 300 px) to 206 x 8.
+    vok_test::TestBitmap photo(620, 24);
+    photo.randomize(9);
+    std::string error;
+    ASSERT_TRUE(vok_cli::write_image(dir.path("in.png"), *photo.get(), error));
+    const std::string fx = dir.path("fx");
+    ASSERT_EQ(0, system(("mkdir '" + fx + "'").c_str()));
+    vok_test::write_file(fx + "/plain.json", vok_test::read_file(data("original.json")));
+    vok_test::write_file(fx + "/broken.json", kUnknownLast);
+    vok_test::write_file(fx + "/notes.txt", "not a look");
+
+    const Outcome run =
+        vok("gallery --input " + dir.path("in.png") + " --out " + dir.path("out") + " --effects " + fx);
+    EXPECT_EQ(1, run.status) << run.output;
+    EXPECT_TRUE(contains(run.output, "No processor found with name: sparkle")) << run.output;
+    EXPECT_TRUE(contains(run.output, "look 'broken' failed")) << run.output;
+    EXPECT_TRUE(vok_test::file_exists(dir.path("out/original.jpg")));
+    EXPECT_TRUE(vok_test::file_exists(dir.path("out/plain.jpg")));
+    EXPECT_FALSE(vok_test::file_exists(dir.path("out/broken.jpg")));
+    const std::string index = vok_test::read_file(dir.path("out/index.html"));
+    EXPECT_TRUE(contains(index, "<img src=\"plain.jpg\"")) << index;
+    EXPECT_TRUE(contains(index, "broken: failed")) << index;
+
+    // Three tiles in a row (original, broken, plain by name), each 206 x 8
+    // with a 20 px margin, under a 64 px title band, each with a 30 px caption.
+    vok_cli::Image sheet;
+    ASSERT_TRUE(vok_cli::read_image(dir.path("out/gallery.png"), sheet, error)) << error;
+    EXPECT_EQ(20u + 3 * (206 + 20), sheet.bitmap.width);
+    EXPECT_EQ(64u + 8 + 30 + 20, sheet.bitmap.height);
+    auto at = [&](uint32_t x, uint32_t y) {
+        return reinterpret_cast<const VokColor *>(sheet.bitmap.pixels)[y * sheet.bitmap.width + x];
+    };
+    // The "plain" thumbnail: each pixel the rounded mean of a 3 x 3 block.
+    for (uint32_t x : {0u, 1u, 205u}) {
+        uint32_t sum = 0;
+        for (uint32_t j = 0; j < 9; ++j) sum += photo.at(3 * x + j % 3, 3 * 7 + j / 3).green;
+        EXPECT_EQ((sum + 4) / 9, at(20 + 2 * 226 + x, 64 + 7).green) << x;
+    }
+    // The broken look's tile is an empty grey box.
+    EXPECT_EQ(at(20 + 226, 64).red, at(20 + 226 + 205, 64 + 7).red);
+}

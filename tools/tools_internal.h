@@ -1,0 +1,46 @@
+// Declarations shared by the tool framework's files.
+#ifndef VOK_TOOLS_INTERNAL_H
+#define VOK_TOOLS_INTERNAL_H
+
+#include <cstdint>
+
+#include "core/numeric.h"
+#include "vok/tools.h"
+
+namespace vok {
+
+// A colour tolerance that lets every colour through.
+constexpr double kAnyColour = 99999999.0;
+
+// Inclusive pixel box of a round stamp centred at (x, y) with outer radius
+// `outer`, clamped to the mask. Pixels inside it still need the distance test.
+struct StampBox {
+    int32_t x0, y0, x1, y1;
+};
+
+inline int32_t stamp_edge(double v, uint32_t size) {
+    return clamp_int(trunc_to<int32_t>(v), 0, static_cast<int32_t>(size) - 1);
+}
+
+inline StampBox stamp_box(const VokBitmap *mask, double x, double y, double outer) {
+    return {stamp_edge(x + 0.5 - outer, mask->width), stamp_edge(y + 0.5 - outer, mask->height),
+            stamp_edge(x + 0.5 + outer, mask->width), stamp_edge(y + 0.5 + outer, mask->height)};
+}
+
+inline bool usable(const VokBitmap *bitmap) {
+    return bitmap != nullptr && bitmap->pixels != nullptr && bitmap->width != 0 &&
+           bitmap->height != 0;
+}
+
+// Stamp positions for the stroke's point i, from the interpolator the stroke
+// stamping uses at that index (i >= 1). The caller frees *list.
+void interpolate_stroke_point(const VokToolStroke *stroke, int32_t i, float radius, int is_draw,
+                              VokPoint **list, int32_t *count);
+
+// Engines that a later version brings: the call leaves its bitmap alone and
+// says so in the log.
+void log_unavailable(const char *engine);
+
+}  // namespace vok
+
+#endif
