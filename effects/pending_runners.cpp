@@ -13,12 +13,6 @@ int not_available(const char *name) {
 
 extern "C" {
 
-int TESKRunBlendWithColorProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("blendWithColor");
-}
-int TESKRunNoiseProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("noise");
-}
 int TESKRunSharpnessProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
     return not_available("sharpness");
 }

@@ -170,3 +170,71 @@ TEST(EffectRun, LaterStepsSeeEarlierOnesAndFailuresDoNotStopTheRun) {
     VokBitmapContrastCurve(direct.get(), 1.3f);
     EXPECT_EQ(runner.bytes(), direct.bytes());
 }
+
+TEST(ColorProcessors, BlendWithColorScalesAlphaAndDefaultsMode) {
+    expect_same_as_engine("blendWithColor", R"({"color":{"r":200,"g":30,"b":90,"a":255},
+                          "alpha":0.5})", 0.8, [](VokBitmap *b) {
+        VokColor c{200, 30, 90, 255};
+        VokBitmapBlendWithColor(b, &c, 0, static_cast<float>(0.5 * 0.8));
+    });
+    expect_same_as_engine("blendWithColor", R"({"color":{"r":10,"g":130,"b":250,"a":255},
+                          "alpha":1e999,"blendMode":"multiply"})", 0.7, [](VokBitmap *b) {
+        VokColor c{10, 130, 250, 255};
+        VokBitmapBlendWithColor(b, &c, 5, static_cast<float>(1.0 * 0.7));
+    });
+    expect_failure("blendWithColor", R"({"color":{"r":1,"g":1,"b":1,"a":1}})",
+                   "BlendWithColor Processor failed: color, blendMode, or alpha param is missing.");
+    expect_failure("blendWithColor", R"({"color":{"r":1,"g":1,"b":1,"a":300},"alpha":1})",
+                   "Error in color to vok color conversion: r,g,b,a outside of [0,255] range.");
+    LogCapture log;
+    EXPECT_EQ(TESKRunBlendWithColorProcessor(nullptr, nullptr, nullptr), 0);
+    EXPECT_TRUE(log.only("BlendWithColor Processor failed: params dne or is not an object."));
+}
+
+TEST(DetailProcessors, NoiseScalesIntensityAndPassesTheSeed) {
+    expect_same_as_engine("noise", R"({"intensity":40})", 0.5,
+                          [](VokBitmap *b) { VokBitmapAddNoise(b, 20.0f, 1234u); }, 1234);
+    expect_same_as_engine("noise", R"({"intensity":25})", 1.0,
+                          [](VokBitmap *b) { VokBitmapAddNoise(b, 25.0f, 0xFFFFFFFFu); }, -1);
+    expect_failure("noise", R"({"amount":40})", "Intensity param is missing.");
+}
+
+TEST(AdjustableAlphaRun, MixesAFullStrengthRunBack) {
+    Effect effect(R"({"identifier":"t","processors":[
+        {"name":"gamma","parameters":{"value":2.5}},
+        {"name":"contrast","parameters":{"value":1.6}}]})");
+    TestBitmap source(9, 7);
+    source.randomize(17);
+    // Opaque, so that normal compositing at opacity 1 replaces the pixels.
+    for (uint32_t y = 0; y < 7; ++y) {
+        for (uint32_t x = 0; x < 9; ++x) source.at(x, y).alpha = 255;
+    }
+    TestBitmap full(source);
+    const VokEffectParams one = params_with(1.0, 5);
+    ASSERT_EQ(TESKRunEffect(effect.get(), full.get(), &one), 1);
+
+    for (const double strength : {0.0, 0.4, 1.0}) {
+        TestBitmap mixed(source);
+        const VokEffectParams params = params_with(strength, 5);
+        EXPECT_EQ(TESKRunAdjustableAlphaEffect(effect.get(), mixed.get(), &params), 1);
+        TestBitmap expected(source);
+        VokBitmapBlendBitmap(expected.get(), full.get(), 0, static_cast<float>(strength));
+        EXPECT_EQ(mixed.bytes(), expected.bytes()) << strength;
+        if (strength == 0.0) {
+            EXPECT_EQ(mixed.bytes(), source.bytes());
+        }
+        if (strength == 1.0) {
+            // Equal to the plain run up to the compositing's rounding.
+            const auto a = mixed.bytes(), b = full.bytes();
+            for (size_t i = 0; i < a.size(); ++i) EXPECT_NEAR(a[i], b[i], 1) << i;
+        }
+    }
+    // A failing effect still mixes (a copy of itself) and reports the failure.
+    Effect failing(one_step("gamma", "{}"));
+    TestBitmap bitmap(source);
+    const VokEffectParams half = params_with(0.5);
+    LogCapture log;
+    EXPECT_EQ(TESKRunAdjustableAlphaEffect(failing.get(), bitmap.get(), &half), 0);
+    EXPECT_TRUE(log.only("Gamma Processor failed: value is missing."));
+    EXPECT_EQ(TESKRunAdjustableAlphaEffect(failing.get(), nullptr, &half), 0);
+}
