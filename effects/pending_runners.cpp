@@ -25,8 +25,5 @@ int TESKRunGradientMapProcessor(VokJsonValue, VokBitmap *, const VokEffectParams
 int TESKRunGradientFlareProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
     return not_available("gradientFlare");
 }
-int TESKRunAdjustmentsProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("adjustments");
-}
 
 }  // extern "C"

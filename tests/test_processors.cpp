@@ -238,3 +238,41 @@ TEST(AdjustableAlphaRun, MixesAFullStrengthRunBack) {
     EXPECT_TRUE(log.only("Gamma Processor failed: value is missing."));
     EXPECT_EQ(TESKRunAdjustableAlphaEffect(failing.get(), nullptr, &half), 0);
 }
+
+TEST(TonalProcessors, AdjustmentsScaleOnlyTheOpacity) {
+    expect_same_as_engine(
+        "adjustments",
+        R"({"brightness":30,"contrast":-20,"warmth":40,"saturation":50,"alpha":0.9,
+            "blendMode":"normal"})",
+        0.5, [](VokBitmap *b) {
+            VokToolAdjustBrightnessContrastWarmthSaturationProcessor(b, 30, -20, 40, 50, 0,
+                                                                     static_cast<float>(0.9 * 0.5));
+        });
+    {
+        // Unreadable doubles default with their messages, in this order.
+        TestBitmap runner(7, 7), direct(7, 7);
+        runner.randomize(4);
+        direct.randomize(4);
+        const VokEffectParams params = params_with(0.5);
+        Effect effect(one_step("adjustments", R"({"brightness":1e999,"contrast":1e999,
+            "warmth":1e999,"saturation":60,"alpha":1e999,"blendMode":"Multiply"})"));
+        LogCapture log;
+        EXPECT_EQ(TESKRunEffect(effect.get(), runner.get(), &params), 1);
+        const char *expected[] = {"Alpha is not a float. Defaulting to 1.0",
+                                  "brightness is not a float. Defaulting to 0.0",
+                                  "Contrast is not a float. Defaulting to 0.0",
+                                  "Warmth is not a float. Defaulting to 0.0",
+                                  "No blend mode found with name: Multiply. Defaulting to normal."};
+        ASSERT_EQ(log.messages().size(), 5u);
+        for (int i = 0; i < 5; ++i) {
+            EXPECT_EQ(log.messages()[i].text, expected[i]);
+            EXPECT_EQ(log.messages()[i].priority, i == 4 ? 4 : 3);
+        }
+        VokToolAdjustBrightnessContrastWarmthSaturationProcessor(direct.get(), 0, 0, 0, 60, 0,
+                                                                 1.0f);
+        EXPECT_EQ(runner.bytes(), direct.bytes());
+    }
+    expect_failure("adjustments",
+                   R"({"brightness":1,"contrast":1,"warmth":1,"saturation":1,"alpha":1})",
+                   "Sharpness Processor failed: amount, blendMode, or alpha param is missing.");
+}
