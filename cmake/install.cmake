@@ -18,6 +18,13 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/voklite-config.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/voklite-config-version.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/voklite)
 
+# The .pc file locates the prefix from its own directory.
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+  file(RELATIVE_PATH VOK_PC_TO_PREFIX "${CMAKE_INSTALL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+else()
+  file(RELATIVE_PATH VOK_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+endif()
+string(REGEX REPLACE "/$" "" VOK_PC_TO_PREFIX "${VOK_PC_TO_PREFIX}")
 configure_file(cmake/voklite.pc.in ${CMAKE_CURRENT_BINARY_DIR}/voklite.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/voklite.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
