@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "color/color_internal.h"
+#include "color/simd_rows.h"
 #include "core/numeric.h"
 #include "vok/color.h"
 #include "vok/tonal.h"
@@ -88,7 +89,7 @@ void VokBitmapBlendBitmap(VokBitmap *destination, const VokBitmap *source, VokBl
         for (uint32_t y = 0; y < rows; ++y) {
             VokColor *d = pixels_of(destination) + static_cast<size_t>(y) * destination->width;
             const VokColor *s = pixels_of(source) + static_cast<size_t>(y) * source->width;
-            for (uint32_t x = 0; x < cols; ++x) {
+            for (size_t x = blend_bitmap_row_vector<M>(d, s, cols, opacity); x < cols; ++x) {
                 const VokColor c = {s[x].red, s[x].green, s[x].blue, alpha_of[s[x].alpha]};
                 blend_embedded<M>(d[x], c);
             }

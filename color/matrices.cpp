@@ -2,6 +2,7 @@
 // builders, and their application to a bitmap (alone or blended over the
 // pixels as they were). A matrix without cross terms becomes a histogram map.
 #include "color/color_internal.h"
+#include "color/simd_rows.h"
 #include "core/numeric.h"
 #include "vok/color.h"
 #include "vok/tonal.h"
@@ -105,7 +106,7 @@ void VokBitmapColorMatrixTransform(VokBitmap *bitmap, const VokColorMatrix *matr
     }
     VokColor *p = pixels_of(bitmap);
     const size_t n = pixel_count(bitmap);
-    for (size_t i = 0; i < n; ++i) p[i] = matrix_image(m, p[i], p[i].alpha);
+    for (size_t i = matrix_row_vector(p, n, m); i < n; ++i) p[i] = matrix_image(m, p[i], p[i].alpha);
 }
 
 // The matrix image carries alpha = trunc(opacity * 255) (low 8 bits) and is

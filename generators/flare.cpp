@@ -119,15 +119,21 @@ void fill_radial(RadialTable &table, uint32_t type) {
     }
 }
 
-struct RadialField {
-    const RadialTable *table;
+// The rows of a field that vanishes beyond the squared radius `bound`,
+// keeping Y^2 of the current row.
+struct RoundRows {
     Frame frame;
+    float bound;
     float y2;
     Span begin_row(uint32_t y) {
         const float fy = frame.y_at(y);
         y2 = fy * fy;
-        return frame.span(y2, table->extent);
+        return frame.span(y2, bound);
     }
+};
+
+struct RadialField : RoundRows {
+    const RadialTable *table;
     float at(uint32_t x) const {
         const float fx = frame.x_at(x);
         return table->at(fx * fx + y2);
@@ -162,16 +168,9 @@ struct TiltedGaussField {
 };
 
 // A small core with eight thin rays: cos(4 theta)^32 from the cosine alone.
-struct StarField {
+struct StarField : RoundRows {
     const RadialTable *core;
     const RadialTable *rays;
-    Frame frame;
-    float y2;
-    Span begin_row(uint32_t y) {
-        const float fy = frame.y_at(y);
-        y2 = fy * fy;
-        return frame.span(y2, rays->extent);
-    }
     float at(uint32_t x) const {
         const float fx = frame.x_at(x);
         const float x2 = fx * fx;
@@ -186,15 +185,8 @@ struct StarField {
 };
 
 // Three round lobes, one pointing right: ((1 + cos 3 theta) / 2)^2 times a glow.
-struct LobesField {
+struct LobesField : RoundRows {
     const RadialTable *glow;
-    Frame frame;
-    float y2;
-    Span begin_row(uint32_t y) {
-        const float fy = frame.y_at(y);
-        y2 = fy * fy;
-        return frame.span(y2, glow->extent);
-    }
     float at(uint32_t x) const {
         const float fx = frame.x_at(x);
         const float u = fx * fx + y2;
@@ -390,13 +382,13 @@ int draw_flare(VokBitmap &bitmap, const TintBlend &tint, uint32_t type, const Fr
             RadialTable core, rays;
             core.fill(gauss_extent(0.06f), [](float r) { return gauss(r, 0.06f); });
             rays.fill(1.0f, [](float r) { return (1.0f - r) * (1.0f - r) * expf(-r / 0.3f); });
-            draw(bitmap, tint, StarField{&core, &rays, frame, 0.0f});
+            draw(bitmap, tint, StarField{{frame, rays.extent, 0.0f}, &core, &rays});
             return 1;
         }
         case kVokFlareLobes: {
             RadialTable glow;
             glow.fill(gauss_extent(0.35f), [](float r) { return gauss(r, 0.35f); });
-            draw(bitmap, tint, LobesField{&glow, frame, 0.0f});
+            draw(bitmap, tint, LobesField{{frame, glow.extent, 0.0f}, &glow});
             return 1;
         }
         case kVokFlareDiamond:
@@ -430,7 +422,7 @@ int draw_flare(VokBitmap &bitmap, const TintBlend &tint, uint32_t type, const Fr
         default: {
             RadialTable table;
             fill_radial(table, type);
-            draw(bitmap, tint, RadialField{&table, frame, 0.0f});
+            draw(bitmap, tint, RadialField{{frame, table.extent, 0.0f}, &table});
             return 1;
         }
     }

@@ -27,5 +27,13 @@ done
 echo "demo: ${#effects[@]} effects applied to $photo, $failed failed"
 
 # ---- Contact sheet of every effect (vok gallery) -----------------------------
+# Thumbnails of every look with their names in out/gallery.png, and
+# out/index.html beside it linking the full-size results.
+if "$vok" gallery --input "$photo" --out out; then
+  echo "demo: open out/index.html (contact sheet: out/gallery.png)"
+else
+  echo "demo: the gallery reported failed looks" >&2
+  failed=$((failed + 1))
+fi
 
 exit $((failed > 0))

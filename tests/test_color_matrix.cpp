@@ -99,12 +99,12 @@ TEST(ColorMatrixTransform, ByteConversionAtTheEdges) {
     VokBitmapColorMatrixTransform(bitmap.get(), &VokColorMatrixIdentity);
     EXPECT_EQ(bitmap.bytes(), original.bytes());
 
-    // Offsets alone: 300 -> 255, -3 -> 0, 254.5 -> 255 and -0.5 -> 0, on the
+    // Offsets alone: 300 -> 255, -3 -> 0, 254.5 -> 255 and -0.5 -> 0 (NaN -> 0), on the
     // table path and on the per-pixel path (a tiny cross term forces it).
     for (float cross : {0.0f, -0.0f, 1e-30f}) {
-        const float offsets[][3] = {{300, -3, 254.5f}, {-0.5f, 254.49f, 0.5f}};
-        const uint8_t expected[][3] = {{255, 0, 255}, {0, 254, 1}};
-        for (int k = 0; k < 2; ++k) {
+        const float offsets[][3] = {{300, -3, 254.5f}, {-0.5f, 254.49f, 0.5f}, {INFINITY, -INFINITY, NAN}};
+        const uint8_t expected[][3] = {{255, 0, 255}, {0, 254, 1}, {255, 0, 0}};
+        for (int k = 0; k < 3; ++k) {
             VokColorMatrix m = make({0, cross, 0, offsets[k][0], 0, 0, 0, offsets[k][1], 0, 0, 0, offsets[k][2]});
             TestBitmap b(original);
             VokBitmapColorMatrixTransform(b.get(), &m);

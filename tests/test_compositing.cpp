@@ -32,14 +32,18 @@ bool same_rgb(const VokColor &a, const VokColor &b) {
 
 TEST(BlendBitmap, EveryModeMatchesThePerPixelBlend) {
     for (VokBlendMode mode = 0; mode <= 30; ++mode)
-        for (float opacity : {1.0f, 0.37f, 1.5f}) {
-            TestBitmap destination = boundary_bitmap(7, 5, mode);
-            TestBitmap source = boundary_bitmap(5, 6, mode + 100);
+        for (float opacity : {1.0f, 0.37f, 1.5f, -0.5f}) {
+            // An overlap of 11 columns covers both 4- and 8-pixel vector
+            // rows with a scalar tail.
+            TestBitmap destination = boundary_bitmap(13, 5, mode);
+            TestBitmap source = boundary_bitmap(11, 6, mode + 100);
             TestBitmap expected(destination);
             for (uint32_t y = 0; y < 5; ++y)
-                for (uint32_t x = 0; x < 5; ++x) {
+                for (uint32_t x = 0; x < 11; ++x) {
                     VokColor s = source.at(x, y);
-                    s.alpha = static_cast<uint8_t>(static_cast<uint32_t>(s.alpha * opacity) & 255);
+                    // trunc(alpha * opacity), saturating at 0, low 8 bits.
+                    const float a = s.alpha * opacity;
+                    s.alpha = static_cast<uint8_t>(a < 0 ? 0 : static_cast<uint32_t>(a) & 255);
                     VokColorBlendEmbededAlpha(&expected.at(x, y), &s, mode);
                 }
             VokBitmapBlendBitmap(destination.get(), source.get(), mode, opacity);

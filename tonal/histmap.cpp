@@ -15,10 +15,8 @@ void VokBitmapHistogramTransform(VokBitmap *bitmap, const VokHistMap *map) {
     VokColor *p = pixels_of(bitmap);
     const size_t n = pixel_count(bitmap);
     for (size_t i = 0; i < n; ++i) {
-        VokColor &c = p[i];
-        c.red = red[c.red];
-        c.green = green[c.green];
-        c.blue = blue[c.blue];
+        const VokColor c = p[i];
+        p[i] = {red[c.red], green[c.green], blue[c.blue], c.alpha};
     }
 }
 

@@ -45,7 +45,29 @@ VOK_API void VokToolSharpness(VokBitmap *bitmap, int32_t context, double amount)
 
 /* Combined adjustment: brightness, contrast, warmth and saturation applied to
  * a copy, which is then blended over the original with the blend mode and
- * opacity. The wrapper adds the effect hooks around the processor. */
+ * opacity. The wrapper adds the effect hooks around the processor.
+ *
+ * Each amount means what it means to its slider above (-100 to 100; warmth
+ * unclamped, through its cosine), except that an amount of exactly 0 skips
+ * its step, so four zeros adjust nothing (the contrast slider alone at 0
+ * would still lower levels 128..255 by one). The result is, bit for bit:
+ *   copy = the bitmap with every alpha set to 255;
+ *   VokToolBrightness, VokToolContrast, VokToolWarmth, VokToolSaturation on
+ *   the copy, in that order, each with its non-zero amount;
+ *   VokBitmapBlendBitmap (bitmap, copy, mode, opacity).
+ * The copy is opaque so that the opacity alone sets the blend's alpha,
+ * (opacity x 255, truncated) & 255; the bitmap's alpha is not changed.
+ * Blending a copy over itself is not neutral in most modes, so zero amounts
+ * with a mode other than "normal" still change the image.
+ *
+ * How it runs: brightness, contrast and warmth are per-channel tables, so
+ * they are composed into one histogram map by running the three sliders on
+ * a 256-level grey ramp. Without saturation and in any mode but 2 ("color"),
+ * every step works channel by channel, and the blend over the original is
+ * folded in the same way: the whole adjustment becomes one table and one
+ * pass over the bitmap. Otherwise a single pass walks the bitmap in runs of
+ * 1024 pixels held on the stack: map, saturation matrix and blend. Nothing
+ * is allocated. */
 VOK_API void VokToolAdjustBrightnessContrastWarmthSaturationProcessor(
     VokBitmap *bitmap, double brightness, double contrast, double warmth, double saturation,
     VokBlendMode mode, float opacity);
@@ -60,7 +82,11 @@ VOK_API void VokBitmapExposureCurveHistogramMapping(float amount, VokHistMap *ma
 VOK_API void VokBitmapContrastCurveHistogramMapping(float amount, VokHistMap *map,
                                                     double *matrix);
 
-/* ---- Local contrast enhancement ------------------------------------------ */
+/* ---- Local contrast enhancement ------------------------------------------
+ * Summed-area tables are width x height unsigned sums that wrap modulo 2^32.
+ * VokBlurHistMap sets every alpha to 255; a negative radius factor acts as a
+ * radius of 0. When an allocation fails these leave the bitmap (or array)
+ * unchanged and report nothing. */
 VOK_API void VokBuildIntegralImage(const VokBitmap *bitmap, uint32_t *red, uint32_t *green,
                                    uint32_t *blue);
 VOK_API void VokBuildIntegralImageGray(const VokBitmap *bitmap, uint32_t *table);

@@ -3,6 +3,7 @@
 #define VOK_TESTS_BITMAPS_H
 
 #include <cstdint>
+#include <ostream>
 #include <vector>
 
 #include "vok/core.h"
@@ -33,5 +34,15 @@ private:
 inline VokColor rgba(uint8_t r, uint8_t g, uint8_t b, uint8_t a = 255) { return {r, g, b, a}; }
 
 }  // namespace vok_test
+
+// Colours compare and print byte by byte, so EXPECT_EQ works on pixels.
+inline bool operator==(const VokColor &a, const VokColor &b) {
+    return a.red == b.red && a.green == b.green && a.blue == b.blue && a.alpha == b.alpha;
+}
+inline bool operator!=(const VokColor &a, const VokColor &b) { return !(a == b); }
+inline std::ostream &operator<<(std::ostream &out, const VokColor &c) {
+    return out << "rgba(" << int{c.red} << ", " << int{c.green} << ", " << int{c.blue} << ", "
+               << int{c.alpha} << ")";
+}
 
 #endif

@@ -1,0 +1,171 @@
+// Vector forms of the hottest pixel loops, bit-identical to the scalar
+// kernels: the same integer operations, and float operations in the same
+// order without fused multiply-adds. Each returns how many leading pixels it
+// handled (a multiple of four); the caller finishes the rest with the scalar
+// kernel. Without a vector unit they handle nothing.
+#ifndef VOK_COLOR_SIMD_ROWS_H
+#define VOK_COLOR_SIMD_ROWS_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "vok/color.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#elif defined(__ARM_NEON)
+#include <arm_neon.h>
+#endif
+
+namespace vok {
+
+// Modes with a vector row; the others run the scalar kernel only.
+template <uint32_t Mode>
+inline constexpr bool has_vector_blend = Mode == kVokBlendNormal || Mode == kVokBlendMultiply;
+
+#if defined(__SSE2__)
+
+// Whether the SSE2 rows may compute trunc(alpha * opacity) with the vector
+// conversion: it agrees with the saturating scalar one while the product
+// stays within [0, 2^31).
+inline bool vector_opacity_ok(float opacity) { return opacity >= 0.0f && opacity <= 8388608.0f; }
+
+// Integer-family normal and multiply over 4 pixels. All sums stay below
+// 2^16: B a + d (255 - a) + 255 <= 65280.
+template <uint32_t Mode>
+inline __m128i blend_pair_sse2(__m128i d, __m128i s, __m128i a) {
+    const __m128i c255 = _mm_set1_epi16(255);
+    __m128i b = s;
+    if constexpr (Mode == kVokBlendMultiply) b = _mm_srli_epi16(_mm_mullo_epi16(s, d), 8);
+    __m128i sum = _mm_add_epi16(_mm_mullo_epi16(b, a), _mm_mullo_epi16(d, _mm_sub_epi16(c255, a)));
+    return _mm_srli_epi16(_mm_add_epi16(sum, c255), 8);
+}
+
+template <uint32_t Mode>
+inline size_t blend_bitmap_row_vector(VokColor *destination, const VokColor *source, size_t n, float opacity) {
+    if constexpr (!has_vector_blend<Mode>) {
+        return 0;
+    } else {
+        if (!vector_opacity_ok(opacity)) return 0;
+        const __m128 o = _mm_set1_ps(opacity);
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i alpha_mask = _mm_set1_epi32(static_cast<int>(0xff000000u));
+        const __m128i low_byte = _mm_set1_epi32(255);
+        size_t i = 0;
+        for (; i + 4 <= n; i += 4) {
+            const __m128i s = _mm_loadu_si128(reinterpret_cast<const __m128i *>(source + i));
+            const __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i *>(destination + i));
+            const __m128 source_alpha = _mm_cvtepi32_ps(_mm_srli_epi32(s, 24));
+            __m128i a = _mm_and_si128(_mm_cvttps_epi32(_mm_mul_ps(source_alpha, o)), low_byte);
+            // Spread each pixel's alpha over its four 16-bit channel lanes.
+            a = _mm_or_si128(a, _mm_slli_epi32(a, 16));
+            const __m128i a_lo = _mm_unpacklo_epi32(a, a), a_hi = _mm_unpackhi_epi32(a, a);
+            const __m128i lo = blend_pair_sse2<Mode>(_mm_unpacklo_epi8(d, zero), _mm_unpacklo_epi8(s, zero), a_lo);
+            const __m128i hi = blend_pair_sse2<Mode>(_mm_unpackhi_epi8(d, zero), _mm_unpackhi_epi8(s, zero), a_hi);
+            const __m128i mixed = _mm_packus_epi16(lo, hi);
+            const __m128i out = _mm_or_si128(_mm_andnot_si128(alpha_mask, mixed), _mm_and_si128(alpha_mask, d));
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(destination + i), out);
+        }
+        return i;
+    }
+}
+
+// The library's real-to-byte rule on four floats, before saturation: 255
+// above 254.5, 0 below -0.5, else floor(x + 0.5), which is what truncating
+// x + 0.5 in double gives. The fraction x - trunc(x) is exact in single
+// precision, so the rounding is decided without adding 0.5 in float. Large
+// values are capped at 256 first (min returns x itself when x is NaN); NaN
+// and large negative values convert to INT_MIN; the caller's saturating
+// packs then give 0 or 255.
+inline __m128i byte_round_unsaturated_sse2(__m128 x) {
+    const __m128 capped = _mm_min_ps(_mm_set1_ps(256.0f), x);
+    const __m128i t = _mm_cvttps_epi32(capped);
+    const __m128 fraction = _mm_sub_ps(capped, _mm_cvtepi32_ps(t));
+    const __m128i up = _mm_castps_si128(_mm_cmpge_ps(fraction, _mm_set1_ps(0.5f)));
+    return _mm_sub_epi32(t, up);  // up is -1 where the fraction reaches one half
+}
+
+// A general colour matrix over 4 pixels; alpha bytes are kept.
+inline size_t matrix_row_vector(VokColor *pixels, size_t n, const float *m) {
+    __m128 k[12];
+    for (int i = 0; i < 12; ++i) k[i] = _mm_set1_ps(m[i]);
+    const __m128i low_byte = _mm_set1_epi32(255);
+    size_t i = 0;
+    for (; i + 4 <= n; i += 4) {
+        const __m128i p = _mm_loadu_si128(reinterpret_cast<const __m128i *>(pixels + i));
+        const __m128 r = _mm_cvtepi32_ps(_mm_and_si128(p, low_byte));
+        const __m128 g = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(p, 8), low_byte));
+        const __m128 b = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(p, 16), low_byte));
+        __m128i channel[3];
+        for (int row = 0; row < 3; ++row) {
+            const __m128 *w = k + 4 * row;
+            const __m128 x =
+                _mm_add_ps(_mm_add_ps(_mm_add_ps(_mm_mul_ps(w[0], r), _mm_mul_ps(w[1], g)), _mm_mul_ps(w[2], b)), w[3]);
+            channel[row] = byte_round_unsaturated_sse2(x);
+        }
+        // Planar R0..R3 G0..G3 B0..B3 A0..A3 bytes, then interleaved.
+        const __m128i planar = _mm_packus_epi16(_mm_packs_epi32(channel[0], channel[1]),
+                                                _mm_packs_epi32(channel[2], _mm_srli_epi32(p, 24)));
+        const __m128i pairs = _mm_unpacklo_epi8(planar, _mm_srli_si128(planar, 8));
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(pixels + i),
+                         _mm_unpacklo_epi8(pairs, _mm_srli_si128(pairs, 8)));
+    }
+    return i;
+}
+
+#elif defined(__ARM_NEON)
+
+// Per-pixel alpha trunc(alpha * opacity) & 255 for 4 pixels. The vector
+// conversion saturates (NaN gives 0) exactly like the scalar one. Flushing
+// denormals cannot matter: alpha is an integer, so a product is either 0 or
+// at least the opacity, and a denormal opacity truncates to 0 either way.
+inline uint16x4_t blend_alpha_neon(uint16x4_t alpha, float32x4_t opacity) {
+    const float32x4_t product = vmulq_f32(vcvtq_f32_u32(vmovl_u16(alpha)), opacity);
+    return vand_u16(vmovn_u32(vcvtq_u32_f32(product)), vdup_n_u16(255));
+}
+
+// Integer-family normal and multiply over 8 pixels, channel-planar. All sums
+// stay below 2^16: B a + d (255 - a) + 255 <= 65280.
+template <uint32_t Mode>
+inline size_t blend_bitmap_row_vector(VokColor *destination, const VokColor *source, size_t n, float opacity) {
+    if constexpr (!has_vector_blend<Mode>) {
+        return 0;
+    } else {
+        const float32x4_t o = vdupq_n_f32(opacity);
+        const uint16x8_t c255 = vdupq_n_u16(255);
+        size_t i = 0;
+        for (; i + 8 <= n; i += 8) {
+            const uint8x8x4_t s = vld4_u8(&source[i].red);
+            uint8x8x4_t d = vld4_u8(&destination[i].red);
+            const uint16x8_t source_alpha = vmovl_u8(s.val[3]);
+            const uint16x8_t a = vcombine_u16(blend_alpha_neon(vget_low_u16(source_alpha), o),
+                                              blend_alpha_neon(vget_high_u16(source_alpha), o));
+            const uint16x8_t keep = vsubq_u16(c255, a);
+            for (int c = 0; c < 3; ++c) {
+                const uint16x8_t dc = vmovl_u8(d.val[c]);
+                uint16x8_t b = vmovl_u8(s.val[c]);
+                if constexpr (Mode == kVokBlendMultiply) b = vshrq_n_u16(vmulq_u16(b, dc), 8);
+                d.val[c] = vshrn_n_u16(vmlaq_u16(vmlaq_u16(c255, b, a), dc, keep), 8);
+            }
+            vst4_u8(&destination[i].red, d);
+        }
+        return i;
+    }
+}
+
+inline size_t matrix_row_vector(VokColor *, size_t, const float *) { return 0; }
+
+#else
+
+template <uint32_t Mode>
+inline size_t blend_bitmap_row_vector(VokColor *, const VokColor *, size_t, float) {
+    return 0;
+}
+
+inline size_t matrix_row_vector(VokColor *, size_t, const float *) { return 0; }
+
+#endif
+
+}  // namespace vok
+
+#endif
