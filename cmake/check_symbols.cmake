@@ -59,8 +59,11 @@ foreach(line ${lines})
   # nodes, and AddressSanitizer adds an "__odr_asan." indicator beside each
   # exported variable: neither is a name of the library.
   if(line MATCHES "^[0-9a-fA-F]* *([A-Za-z]) ([^ @]+)")
-    if(NOT CMAKE_MATCH_1 STREQUAL "A" AND NOT CMAKE_MATCH_2 MATCHES "^__odr_asan[._]")
-      list(APPEND exported "${CMAKE_MATCH_2}")
+    # Keep the name first: the MATCHES below resets the CMAKE_MATCH_ values.
+    set(kind "${CMAKE_MATCH_1}")
+    set(name "${CMAKE_MATCH_2}")
+    if(NOT kind STREQUAL "A" AND NOT name MATCHES "^__odr_asan[._]")
+      list(APPEND exported "${name}")
     endif()
   endif()
 endforeach()

@@ -13,33 +13,6 @@ int not_available(const char *name) {
 
 extern "C" {
 
-int TESKRunVignetteProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("vignette");
-}
-int TESKRunHistogramMappingProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("histogramMapping");
-}
-int TESKRunGammaProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("gamma");
-}
-int TESKRunColorMatrixTransformProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("colorMatrixTransform");
-}
-int TESKRunIntensityMapProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("intensityMap");
-}
-int TESKRunFlareProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("flare");
-}
-int TESKRunContrastProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("contrast");
-}
-int TESKRunBlendWithColorProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("blendWithColor");
-}
-int TESKRunNoiseProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("noise");
-}
 int TESKRunSharpnessProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
     return not_available("sharpness");
 }
@@ -51,9 +24,6 @@ int TESKRunGradientMapProcessor(VokJsonValue, VokBitmap *, const VokEffectParams
 }
 int TESKRunGradientFlareProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
     return not_available("gradientFlare");
-}
-int TESKRunAdjustmentsProcessor(VokJsonValue, VokBitmap *, const VokEffectParams *) {
-    return not_available("adjustments");
 }
 
 }  // extern "C"

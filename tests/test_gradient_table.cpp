@@ -3,38 +3,12 @@
 
 #include <vector>
 
+#include "support/gradients.h"
 #include "vok/generators.h"
 
+using Stops = vok_test::GradientStops;
+
 namespace {
-
-// A gradient whose stops live in the object; VokGradient points into it.
-struct Stops {
-    std::vector<VokColorStop> colors;
-    std::vector<VokOpacityStop> opacities;
-    VokGradient gradient{};
-
-    Stops &color(uint8_t r, uint8_t g, uint8_t b, double at) {
-        colors.push_back({{r, g, b, 255}, at});
-        return *this;
-    }
-    Stops &opacity(double o, double at) {
-        opacities.push_back({o, at});
-        return *this;
-    }
-    VokGradient *get() {
-        gradient.colorStops = colors.data();
-        gradient.opacityStops = opacities.data();
-        gradient.colorCount = static_cast<uint32_t>(colors.size());
-        gradient.opacityCount = static_cast<uint32_t>(opacities.size());
-        return &gradient;
-    }
-};
-
-std::vector<VokColor> memoize(Stops &stops, uint32_t n) {
-    std::vector<VokColor> table(n, VokColor{1, 2, 3, 4});
-    VokGradientMemoize(stops.get(), table.data(), n);
-    return table;
-}
 
 void expect_colour(const VokColor &c, int r, int g, int b, int a, const char *what) {
     EXPECT_EQ(c.red, r) << what;
@@ -47,14 +21,14 @@ void expect_colour(const VokColor &c, int r, int g, int b, int a, const char *wh
 
 TEST(GradientTable, MissingAndSingleStops) {
     Stops none;
-    for (const VokColor &c : memoize(none, 7)) expect_colour(c, 255, 255, 255, 255, "no stops");
+    for (const VokColor &c : none.table(7)) expect_colour(c, 255, 255, 255, 255, "no stops");
     Stops one;
     one.color(10, 20, 30, 40);
-    for (const VokColor &c : memoize(one, 7)) expect_colour(c, 10, 20, 30, 255, "one stop");
+    for (const VokColor &c : one.table(7)) expect_colour(c, 10, 20, 30, 255, "one stop");
     one.opacity(0.5, 70);
-    for (const VokColor &c : memoize(one, 3)) expect_colour(c, 10, 20, 30, 127, "one opacity");
+    for (const VokColor &c : one.table(3)) expect_colour(c, 10, 20, 30, 127, "one opacity");
     one.opacities[0].opacity = 1.7;
-    EXPECT_EQ(memoize(one, 1)[0].alpha, 255);
+    EXPECT_EQ(one.table(1)[0].alpha, 255);
 }
 
 TEST(GradientTable, EasedWeightWobblesBetweenStops) {
@@ -62,20 +36,20 @@ TEST(GradientTable, EasedWeightWobblesBetweenStops) {
     // 0.25 - 1.375 * 9/255 = 0.2014706, at 0.75 it is 0.7985294.
     Stops s;
     s.color(255, 0, 0, 0).color(0, 0, 255, 100).opacity(0, 0).opacity(1, 100);
-    std::vector<VokColor> t = memoize(s, 5);
+    std::vector<VokColor> t = s.table(5);
     expect_colour(t[0], 255, 0, 0, 0, "t = 0");
     expect_colour(t[1], 203, 0, 51, 51, "t = 0.25");
     expect_colour(t[2], 127, 0, 127, 127, "t = 0.5");
     expect_colour(t[3], 51, 0, 203, 203, "t = 0.75");
     expect_colour(t[4], 0, 0, 255, 255, "t = 1");
     // A one-entry table stands at NaN, which takes the upper stop.
-    expect_colour(memoize(s, 1)[0], 0, 0, 255, 255, "n = 1");
+    expect_colour(s.table(1)[0], 0, 0, 255, 255, "n = 1");
 }
 
 TEST(GradientTable, StopsOutsideTheRangeAndAtOneLocation) {
     Stops inner;
     inner.color(0, 0, 0, 20).color(255, 255, 255, 80);
-    std::vector<VokColor> t = memoize(inner, 11);
+    std::vector<VokColor> t = inner.table(11);
     for (int i = 0; i <= 2; ++i) expect_colour(t[i], 0, 0, 0, 255, "before the first stop");
     expect_colour(t[5], 127, 127, 127, 255, "midway");
     for (int i = 8; i <= 10; ++i) expect_colour(t[i], 255, 255, 255, 255, "after the last stop");
@@ -83,18 +57,10 @@ TEST(GradientTable, StopsOutsideTheRangeAndAtOneLocation) {
     // From a location shared by two stops on, the upper one wins.
     Stops shared;
     shared.color(255, 0, 0, 0).color(0, 255, 0, 50).color(0, 0, 255, 50);
-    t = memoize(shared, 5);
+    t = shared.table(5);
     expect_colour(t[0], 255, 0, 0, 255, "first");
     expect_colour(t[1], 127, 127, 0, 255, "half-way to the shared location");
     for (int i = 2; i < 5; ++i) expect_colour(t[i], 0, 0, 255, 255, "from the shared location");
-}
-
-TEST(GradientTable, MultiplyAlphaScalesEveryOpacityStop) {
-    Stops s;
-    s.opacity(1.0, 0).opacity(0.5, 100);
-    VokGradientMultiplyAlpha(s.get(), 0.5);
-    EXPECT_EQ(s.opacities[0].opacity, 0.5);
-    EXPECT_EQ(s.opacities[1].opacity, 0.25);
 }
 
 TEST(FlareShapes, HeartStarAndCrescentAtWorkedPoints) {

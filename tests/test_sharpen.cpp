@@ -242,17 +242,35 @@ TEST(BoxHybrid, PassesMatchThePlainRuleOnRandomImages) {
     }
 }
 
-TEST(BoxHybrid, IntegralLinesSumRedGreenBlueOnly) {
-    TestBitmap bm(3, 2);
-    bm.at(0, 0) = rgba(1, 2, 3, 200);
-    bm.at(1, 0) = rgba(10, 20, 30, 200);
-    bm.at(2, 0) = rgba(100, 200, 255, 200);
-    bm.at(2, 1) = rgba(7, 8, 9, 200);
-    uint32_t row[9], column[6];
-    VokBuildIntegralLineX(bm.get(), 0, row);
-    VokBuildIntegralLineY(bm.get(), 2, column);
-    const uint32_t want_row[9] = {1, 2, 3, 11, 22, 33, 111, 222, 288};
-    const uint32_t want_column[6] = {100, 200, 255, 107, 208, 264};
-    for (int i = 0; i < 9; ++i) EXPECT_EQ(row[i], want_row[i]) << i;
-    for (int i = 0; i < 6; ++i) EXPECT_EQ(column[i], want_column[i]) << i;
+TEST(SharpenWrappers, BlendWithOriginalAndSoftFocusComposeTheirSteps) {
+    TestBitmap image(21, 17);
+    image.randomize(77);
+
+    // Either zero leaves the bitmap as it is.
+    TestBitmap same(image);
+    VokConvolutionProcessorSharpenAndBlendWithOriginal(same.get(), 0.0f, 0.8f, kVokBlendNormal);
+    VokConvolutionProcessorSharpenAndBlendWithOriginal(same.get(), 300.0f, 0.0f, kVokBlendNormal);
+    VokSharpness(same.get(), 0.0f);
+    EXPECT_EQ(same.bytes(), image.bytes());
+
+    // A sharpened copy blended back over the original.
+    TestBitmap got(image), sharpened(image), want(image);
+    VokConvolutionProcessorSharpenAndBlendWithOriginal(got.get(), 300.0f, 0.6f, kVokBlendScreen);
+    VokConvolutionEffectBoxHybridSharpen(sharpened.get(), 300.0f);
+    VokBitmapBlendBitmap(want.get(), sharpened.get(), kVokBlendScreen, 0.6f);
+    EXPECT_EQ(got.bytes(), want.bytes());
+    EXPECT_NE(got.bytes(), image.bytes());
+
+    // Soft focus: 0.5 x blurred + 0.6 x original.
+    TestBitmap soft(image), blurred(image);
+    EXPECT_NE(VokConvolutionEffectSoftFocus(soft.get()), 0);
+    VokConvolutionEffectBoxHybridSharpen(blurred.get(), -100.0f);
+    VokBitmapBlendBitmapSeparate(blurred.get(), image.get(), 0.5f, 0.6f);
+    EXPECT_EQ(soft.bytes(), blurred.bytes());
+    TestBitmap grey(20, 20);
+    grey.fill(rgba(100, 200, 0, 9));
+    VokConvolutionEffectSoftFocus(grey.get());
+    EXPECT_EQ(grey.at(7, 7).red, 110);
+    EXPECT_EQ(grey.at(7, 7).green, 220);
+    EXPECT_EQ(grey.at(7, 7).alpha, 9);
 }

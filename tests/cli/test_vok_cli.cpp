@@ -59,6 +59,40 @@ TEST(VokCli, ApplyOriginalReproducesThePixels) {
     }
 }
 
+TEST(VokCli, MixBlendsTheFullEffectOverThePhoto) {
+    ScratchDir dir;
+    // Opaque: the mix composites by the processed copy's alpha as well.
+    vok_test::TestBitmap photo(9, 5);
+    photo.randomize(11);
+    for (uint32_t y = 0; y < 5; ++y)
+        for (uint32_t x = 0; x < 9; ++x) photo.at(x, y).alpha = 255;
+    std::string error;
+    ASSERT_TRUE(vok_cli::write_image(dir.path("in.png"), *photo.get(), error));
+    vok_test::write_file(dir.path("gamma.json"),
+                         R"({"identifier": "g", "processors": [)"
+                         R"({"name": "gamma", "parameters": {"value": 2.2}}]})");
+    auto apply = [&](const std::string &options, const std::string &out) {
+        const Outcome run = vok("apply " + options + " " + dir.path("gamma.json") + " " +
+                                dir.path("in.png") + " " + dir.path(out));
+        EXPECT_EQ(run.status, 0) << options << ": " << run.output;
+        vok_cli::Image image;
+        EXPECT_TRUE(vok_cli::read_image(dir.path(out), image, error)) << error;
+        return image.bitmap.pixels ? std::vector<uint8_t>(image.bitmap.pixels,
+                                                          image.bitmap.pixels + 9 * 5 * 4)
+                                   : std::vector<uint8_t>();
+    };
+    const auto full = apply("", "full.png");
+    EXPECT_NE(full, photo.bytes());
+    EXPECT_EQ(apply("--mix 0", "none.png"), photo.bytes());
+    const auto mixed = apply("--mix=1", "mixed.png");
+    ASSERT_EQ(mixed.size(), full.size());
+    for (size_t i = 0; i < full.size(); ++i) EXPECT_NEAR(mixed[i], full[i], 1) << i;
+    EXPECT_EQ(vok("apply --mix 0.5 --strength 0.5 " + dir.path("gamma.json") + " " +
+                  dir.path("in.png") + " " + dir.path("x.png"))
+                  .status,
+              2);
+}
+
 TEST(VokCli, ApplyFailuresSetTheStatusAndWriteNothing) {
     ScratchDir dir;
     vok_test::TestBitmap photo(4, 4);

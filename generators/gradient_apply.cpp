@@ -1,0 +1,107 @@
+// The plain gradient: linear, radial, or linear under a vignette mask,
+// positioned by centre, scale and angle and blended with a float-family mode.
+#include "generators/gradient_internal.h"
+
+#include <math.h>
+
+#include "core/numeric.h"
+
+namespace {
+
+constexpr uint32_t kTableSize = 1024;
+
+// Fraction of the table, clamped to [0, 1] with NaN at 0, as an entry index.
+inline uint32_t table_index(double coordinate) {
+    float t = static_cast<float>(coordinate);
+    if (!(t > 0.0f)) t = 0.0f;
+    if (t > 1.0f) t = 1.0f;
+    return static_cast<uint32_t>(floor(t * 1023 + 0.5));
+}
+
+// Vignette opacity factor: a smooth polynomial rise between v = 0.04 and 1.15.
+inline float vignette_ramp(float v) {
+    const float v2 = v * v, v4 = v2 * v2, v6 = v4 * v2, v8 = v4 * v4, v10 = v8 * v2;
+    return 2.0f * v2 - 1.6666666f * v4 + 0.75555557f * v6 - 0.20634921f * v8 + 0.036261022f * v10;
+}
+
+inline float shape_mode_power(float v, int32_t mode) {
+    switch (mode) {
+        case 1: return v * v;
+        case 2: return v * sqrtf(v);
+        case 3: return (v * v) * (v * v);
+        default: return v;
+    }
+}
+
+}  // namespace
+
+extern "C" {
+
+void VokGradientShapeParamsInit(VokGradientShapeParams *params) {
+    params->gradientShape = 0;
+    params->scale = 1.0;
+    params->xCenter = 0.5;
+    params->yCenter = 0.5;
+    params->angle = 0.0;
+    params->vignetteShapeMode = 0;
+    params->vignetteSize = 1.0;
+    params->vignetteOffsetX = 0.0;
+    params->vignetteOffsetY = 0.0;
+}
+
+// Each axis is normalised by its own dimension, so a radial gradient is an
+// ellipse on a non-square image; that is the intended look.
+void VokGradientApply(VokBitmap *bitmap, const VokGradientShapeParams *params,
+                      const VokGradient *gradient, uint32_t mode, double strength) {
+    if (params->scale == 0.0) return;
+    VokArray storage;
+    const VokColor *table = vok::build_gradient_table(gradient, kTableSize, &storage);
+    if (table == nullptr) return;
+
+    const uint32_t w = bitmap->width, h = bitmap->height;
+    const double sin_a = sin(params->angle), cos_a = cos(params->angle);
+    const double q = 1.0 / params->scale;
+    const float size = static_cast<float>(params->vignetteSize);
+    const float spread = size * size * 0.86956525f;
+    const float k = spread == 0.0f ? 1e8f : 1.0f / spread;
+    const int64_t cx = (w >> 1) + vok::trunc_to<int64_t>(floor(0.5 + (w >> 1) * params->vignetteOffsetX));
+    const int64_t cy = (h >> 1) + vok::trunc_to<int64_t>(floor(0.5 + (h >> 1) * params->vignetteOffsetY));
+    const float inv_w2 = 1.0f / static_cast<float>(static_cast<uint64_t>(w) * w);
+    const float inv_h2 = 1.0f / static_cast<float>(static_cast<uint64_t>(h) * h);
+
+    VokColor *pixel = reinterpret_cast<VokColor *>(bitmap->pixels);
+    for (uint32_t r = 0; r < h; ++r) {
+        const double y = (static_cast<double>(r) / h - params->yCenter) * q;
+        const int64_t dy = static_cast<int64_t>(r) - cy;
+        const float vy = static_cast<float>(dy * dy) * inv_h2;
+        for (uint32_t c = 0; c < w; ++c, ++pixel) {
+            const double x = (static_cast<double>(c) / w - params->xCenter) * q;
+            float opacity;
+            if (params->gradientShape == 1) {
+                const VokColor &entry = table[table_index(sqrtf(static_cast<float>(x * x + y * y)))];
+                opacity = static_cast<float>(strength * (entry.alpha * 0.003921569));
+                VokColorBlend(pixel, &entry, mode, opacity);
+                continue;
+            }
+            const VokColor &entry = table[table_index(x * cos_a - y * sin_a)];
+            if (params->gradientShape != 2) {
+                opacity = static_cast<float>(strength * (entry.alpha * 0.003921569));
+            } else {
+                const int64_t dx = static_cast<int64_t>(c) - cx;
+                float v = (vy + static_cast<float>(dx * dx) * inv_w2) * k;
+                v = shape_mode_power(v, params->vignetteShapeMode);
+                if (v > 1.15) {
+                    opacity = static_cast<float>(strength * entry.alpha / 255.0);
+                } else if (v < 0.04) {
+                    opacity = 0.0f;
+                } else {
+                    opacity = static_cast<float>(vignette_ramp(v) * strength * entry.alpha / 255.0);
+                }
+            }
+            VokColorBlend(pixel, &entry, mode, opacity);
+        }
+    }
+    VokArrayFree(&storage);
+}
+
+}  // extern "C"
