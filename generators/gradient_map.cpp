@@ -86,6 +86,12 @@ void blend_mapped(VokColor *pixel, size_t count, uint32_t variable, const VokCol
         for (size_t i = 0; i < count; ++i, ++pixel) {
             vok::blend_embedded<Mode>(*pixel, by_key[intensity_key(*pixel)]);
         }
+    } else if (variable >= kRed && variable <= kBlue) {
+        // One channel: its byte is the key.
+        const size_t channel = variable - kRed;
+        for (size_t i = 0; i < count; ++i, ++pixel) {
+            vok::blend_embedded<Mode>(*pixel, by_key[reinterpret_cast<const uint8_t *>(pixel)[channel]]);
+        }
     } else {
         for (size_t i = 0; i < count; ++i, ++pixel) {
             const uint8_t v = static_cast<uint8_t>(variable_value(*pixel, variable));
