@@ -6,6 +6,7 @@
 #ifndef VOK_COLOR_SIMD_ROWS_H
 #define VOK_COLOR_SIMD_ROWS_H
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -153,7 +154,52 @@ inline size_t blend_bitmap_row_vector(VokColor *destination, const VokColor *sou
     }
 }
 
-inline size_t matrix_row_vector(VokColor *, size_t, const float *) { return 0; }
+// NEON flushes denormals to zero. With every entry 0 or at least 2^-100 in
+// magnitude, every product and partial sum of the matrix rows is a multiple
+// of 2^-123, so none is denormal and the flush never happens; other matrices
+// (and NaN entries) stay on the scalar path.
+inline bool neon_matrix_exact(const float *m) {
+    for (int i = 0; i < 12; ++i)
+        if (!(m[i] == 0.0f || fabsf(m[i]) >= 7.8886091e-31f)) return false;
+    return true;
+}
+
+// The byte rule as in the SSE2 row: cap at 256 (NaN stays NaN and converts
+// to 0), truncate, add one where the exact fraction reaches one half; the
+// saturating narrows clamp to [0, 255].
+inline int32x4_t byte_round_unsaturated_neon(float32x4_t x) {
+    const float32x4_t capped = vminq_f32(vdupq_n_f32(256.0f), x);
+    const int32x4_t t = vcvtq_s32_f32(capped);
+    const float32x4_t fraction = vsubq_f32(capped, vcvtq_f32_s32(t));
+    return vsubq_s32(t, vreinterpretq_s32_u32(vcgeq_f32(fraction, vdupq_n_f32(0.5f))));
+}
+
+inline float32x4_t matrix_channel_neon(const float *w, float32x4_t r, float32x4_t g, float32x4_t b) {
+    const float32x4_t sum = vaddq_f32(vaddq_f32(vmulq_n_f32(r, w[0]), vmulq_n_f32(g, w[1])), vmulq_n_f32(b, w[2]));
+    return vaddq_f32(sum, vdupq_n_f32(w[3]));
+}
+
+// A general colour matrix over 8 pixels; alpha bytes are kept.
+inline size_t matrix_row_vector(VokColor *pixels, size_t n, const float *m) {
+    if (!neon_matrix_exact(m)) return 0;
+    size_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        uint8x8x4_t p = vld4_u8(&pixels[i].red);
+        float32x4_t lo[3], hi[3];
+        for (int c = 0; c < 3; ++c) {
+            const uint16x8_t wide = vmovl_u8(p.val[c]);
+            lo[c] = vcvtq_f32_u32(vmovl_u16(vget_low_u16(wide)));
+            hi[c] = vcvtq_f32_u32(vmovl_u16(vget_high_u16(wide)));
+        }
+        for (int row = 0; row < 3; ++row) {
+            const int32x4_t a = byte_round_unsaturated_neon(matrix_channel_neon(m + 4 * row, lo[0], lo[1], lo[2]));
+            const int32x4_t b = byte_round_unsaturated_neon(matrix_channel_neon(m + 4 * row, hi[0], hi[1], hi[2]));
+            p.val[row] = vqmovun_s16(vcombine_s16(vqmovn_s32(a), vqmovn_s32(b)));
+        }
+        vst4_u8(&pixels[i].red, p);
+    }
+    return i;
+}
 
 #else
 
