@@ -9,10 +9,6 @@
 #include "log_printer.h"
 #include "vok/effects.h"
 
-// The adjustable-strength run needs the compositing engine, which not every
-// build of the library has yet; --mix reports that instead of failing to link.
-#pragma weak TESKRunAdjustableAlphaEffect
-
 namespace vok_cli {
 namespace {
 
@@ -28,8 +24,6 @@ int run_apply(int argc, char **argv) {
         return usage_error(kName, "expected EFFECT.json INPUT OUTPUT");
     if (args.has("--strength") && args.has("--mix"))
         return usage_error(kName, "--strength and --mix cannot be combined");
-    if (args.has("--mix") && &TESKRunAdjustableAlphaEffect == nullptr)
-        return usage_error(kName, "--mix is not available in this build of the library");
 
     VokEffectParams params;
     if (!read_effect_params(args, params, error) ||

@@ -276,3 +276,12 @@ TEST(TonalProcessors, AdjustmentsScaleOnlyTheOpacity) {
                    R"({"brightness":1,"contrast":1,"warmth":1,"saturation":1,"alpha":1})",
                    "Sharpness Processor failed: amount, blendMode, or alpha param is missing.");
 }
+TEST(DetailProcessors, SharpnessScalesOnlyTheOpacity) {
+    expect_same_as_engine("sharpness", R"({"amount":2.5,"alpha":0.8,"blendMode":"screen"})", 0.5,
+                          [](VokBitmap *b) {
+                              VokConvolutionProcessorSharpenAndBlendWithOriginal(b, 2.5f, 0.4f, 3);
+                          });
+    expect_failure("sharpness", R"({"amount":2.5,"blendMode":"screen"})",
+                   "Sharpness Processor failed: amount, blendMode, or alpha param is missing.");
+}
+

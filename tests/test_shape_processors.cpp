@@ -70,3 +70,137 @@ TEST(FlareProcessor, StrengthScalesAlphaExceptForTheFingerFlare) {
     EXPECT_EQ(TESKRunFlareProcessor(nullptr, nullptr, nullptr), 0);
     EXPECT_TRUE(log.only("Flare Processor failed: params dne or is not an object."));
 }
+TEST(GradientProcessor, FillsTheShapeRecordAndScalesAlpha) {
+    const std::string placement = R"("scale":1.5,"xCenter":0.3,"yCenter":0.6,"angle":30,)";
+    expect_same_as_engine(
+        "gradient",
+        "{" + kStops + "," + placement + R"("alpha":0.9,"gradientShape":"linear",
+                                            "blendMode":"overlay"})",
+        0.5, [](VokBitmap *b) {
+            TwoStopGradient g;
+            VokGradientShapeParams p;
+            VokGradientShapeParamsInit(&p);
+            p.gradientShape = 0;
+            p.scale = 1.5;
+            p.xCenter = static_cast<float>(0.3);
+            p.yCenter = static_cast<float>(0.6);
+            p.angle = static_cast<float>(30.0f * 0.017453292519943295);
+            VokGradientApply(b, &p, &g.g, 1, static_cast<float>(0.9 * 0.5));
+        });
+    expect_same_as_engine(
+        "gradient",
+        "{" + kStops + "," + placement + R"("alpha":1,"gradientShape":"linearVignette",
+            "vignetteShape":{"vignetteScale":0.6,"scaling":"stretch","shapeMode":"sharp",
+                             "dx":0.2,"dy":-0.1}})",
+        0.75, [](VokBitmap *b) {
+            TwoStopGradient g;
+            VokGradientShapeParams p;
+            VokGradientShapeParamsInit(&p);
+            p.gradientShape = 2;
+            p.scale = 1.5;
+            p.xCenter = static_cast<float>(0.3);
+            p.yCenter = static_cast<float>(0.6);
+            p.angle = static_cast<float>(30.0f * 0.017453292519943295);
+            p.vignetteShapeMode = 1;
+            p.vignetteSize = 0.6;  // strength 1 and no epsilon inside the block
+            p.vignetteOffsetX = 0.2;
+            p.vignetteOffsetY = -0.1;
+            VokGradientApply(b, &p, &g.g, 0, 0.75f);
+        });
+    expect_failure("gradient", "{" + kStops + R"(,"scale":1,"xCenter":0,"yCenter":0,"alpha":1,
+                                                 "gradientShape":"linear"})",
+                   "Gradient Processor failed: something is missing.");
+    expect_failure("gradient", "{" + kStops + "," + placement +
+                                   R"("alpha":1,"gradientShape":"Radial"})",
+                   "Color Matrix Processor failed: shape mode 'Radial' not found.");
+    expect_failure("gradient", "{" + kStops + "," + placement +
+                                   R"("alpha":1,"gradientShape":"linearVignette","blendMode":"normal"})",
+                   "vokBorderPopoulateWithShapeTypeVal failed: some params are incorrect or "
+                   "missing.");
+}
+
+TEST(GradientMapProcessor, ReadsVariableInvertAndAlpha) {
+    expect_same_as_engine(
+        "gradientMap",
+        R"({"gradient":{)" + kStops + R"(},"alpha":0.8,"gradientVariable":"maxChannel",
+            "invertGradient":"true","blendMode":"overlay"})",
+        0.5, [](VokBitmap *b) {
+            TwoStopGradient g;
+            VokGradientMapApply(b, &g.g, 5, 1, 1, 0.8 * 0.5);
+        });
+    {
+        // No alpha: nothing visible, and every default is logged.
+        StepRun check("gradientMap", R"({"gradient":{)" + kStops +
+                                                 R"(},"gradientVariable":"Chroma",
+                                                 "invertGradient":true})");
+        EXPECT_EQ(check.result, 1);
+        EXPECT_TRUE(check.unchanged);
+        ASSERT_EQ(check.log.size(), 3u);
+        EXPECT_EQ(check.log[0], "Alpha not a float.  Defaulting to 0.0.");
+        EXPECT_EQ(check.log[1], "Gradient Variable doesn't match.  Defaulting to intensity.");
+        EXPECT_EQ(check.log[2], "Missing blend mode. Defaulting to normal.");
+    }
+    expect_failure("gradientMap", R"({"alpha":1})",
+                   "vokGradientfromColorsValAndOpacitiesVal failed: opacities or colors is not "
+                   "an array");
+}
+
+TEST(GradientFlareProcessor, ReadsEveryKeyWithItsDefault) {
+    const std::string transform =
+        R"([1.5,0,0,0.1, 0,1,"x",0, 0,0,1,0, 0,0,0,1])";
+    expect_same_as_engine(
+        "gradientFlare",
+        R"({"gradient":{)" + kStops + R"(},"alpha":0.8,"gradientShapeType":"circle",
+            "invertGradient":"true","aspectMode":"fit","gradientTransform":)" + transform +
+            R"(,"gradientParams":[0.5,0.25,0,0,0,0,0,0,0,0,0,0,0,0,0,0],
+            "gradientWrapMode":"repeat","blendMode":"screen"})",
+        0.5, [](VokBitmap *b) {
+            TwoStopGradient g;
+            double t[16] = {1.5, 0, 0, 0.1, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+            double p[16] = {0.5, 0.25};
+            VokGradientFlareParams r;
+            VokGradientFlareParamsInit(&r);
+            r.shape = 2;
+            r.transform = t;
+            r.params = p;
+            r.aspectMode = 0;
+            r.gradient = &g.g;
+            r.invert = 1;
+            r.wrapMode = 1;
+            r.blendMode = 3;
+            r.alpha = 0.8 * 0.5;
+            VokGradientFlareApply(b, &r);
+        });
+    {
+        // A boolean true does not invert; "Fit" and the missing keys default.
+        StepRun check("gradientFlare", R"({"gradient":{)" + kStops +
+                                                   R"(},"alpha":1,"invertGradient":true,
+                                                   "aspectMode":"Fit","gradientTransform":[1],
+                                                   "gradientWrapMode":"Clamp"})");
+        EXPECT_EQ(check.result, 1);
+        const std::vector<std::string> expected = {
+            "Shape not a string.  Defaulting to Line.",
+            "Aspect Mode doesn't match.  Defaulting to Stretch.",
+            "error: gradient transform must be a 16 length float array.  Defaulting to Identity.",
+            "error: gradient params must be a 16 length float array.  Defaulting to Zeros.",
+            "Wrap mode doesn't match.  Defaulting to clamp.",
+            "Missing blend mode. Defaulting to normal."};
+        EXPECT_EQ(check.log, expected);
+        TwoStopGradient g;
+        double t[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+        double p[16] = {};
+        VokGradientFlareParams r;
+        VokGradientFlareParamsInit(&r);
+        r.shape = 1;
+        r.transform = t;
+        r.params = p;
+        r.aspectMode = 1;
+        r.gradient = &g.g;
+        r.invert = 0;
+        r.wrapMode = 0;
+        r.blendMode = 0;
+        r.alpha = 1.0;
+        VokGradientFlareApply(check.original.get(), &r);
+        EXPECT_EQ(check.bitmap.bytes(), check.original.bytes());
+    }
+}

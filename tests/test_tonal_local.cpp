@@ -53,32 +53,23 @@ TEST(CurveBuilders, ExposureAndContrastMaps) {
 }
 
 TEST(IntegralImage, BoxSumsGreyLevelsAndWrapping) {
-    std::mt19937 engine(7);
-    for (uint32_t trial = 0; trial < 6; ++trial) {
-        const uint32_t w = 1 + engine() % 17, h = 1 + engine() % 13;
-        TestBitmap image(w, h);
-        image.randomize(trial);
-        std::vector<uint32_t> tables[4] = {std::vector<uint32_t>(w * h), std::vector<uint32_t>(w * h),
-                                           std::vector<uint32_t>(w * h), std::vector<uint32_t>(w * h)};
-        VokBuildIntegralImage(image.get(), tables[0].data(), tables[1].data(), tables[2].data());
-        VokBuildIntegralImageGray(image.get(), tables[3].data());
-        for (int box = 0; box < 40; ++box) {
-            uint32_t x0 = engine() % w, x1 = engine() % w, y0 = engine() % h, y1 = engine() % h;
-            if (x0 > x1) std::swap(x0, x1);
-            if (y0 > y1) std::swap(y0, y1);
-            uint32_t sums[4] = {0, 0, 0, 0};
-            for (uint32_t y = y0; y <= y1; ++y)
-                for (uint32_t x = x0; x <= x1; ++x) {
-                    const VokColor &p = image.at(x, y);
-                    sums[0] += p.red, sums[1] += p.green, sums[2] += p.blue;
-                    sums[3] += static_cast<uint32_t>(
-                        static_cast<float>(0.2 * p.red + 0.7 * p.green + 0.1 * p.blue) + 0.5);
-                }
-            for (int t = 0; t < 4; ++t)
-                EXPECT_EQ(VokSumBoxFromIntegralImage(tables[t].data(), w, h, x0, y0, x1, y1), sums[t]);
-        }
-        EXPECT_EQ(VokSumBoxFromIntegralImage(tables[3].data(), w, h, 0, 0, w - 1, h - 1),
-                  tables[3].back());
+    TestBitmap image(13, 9);
+    image.randomize(7);
+    std::vector<uint32_t> tables[4];
+    for (auto &table : tables) table.resize(13 * 9);
+    VokBuildIntegralImage(image.get(), tables[0].data(), tables[1].data(), tables[2].data());
+    VokBuildIntegralImageGray(image.get(), tables[3].data());
+    for (uint32_t box = 0; box < 13 * 9 * 13; ++box) {
+        const uint32_t x0 = box % 13, y0 = box / 13 % 9, x1 = std::max(x0, box / 117), y1 = std::min(8u, y0 + box % 4);
+        uint32_t sums[4] = {0, 0, 0, 0};
+        for (uint32_t y = y0; y <= y1; ++y)
+            for (uint32_t x = x0; x <= x1; ++x) {
+                const VokColor &p = image.at(x, y);
+                sums[0] += p.red, sums[1] += p.green, sums[2] += p.blue;
+                sums[3] += static_cast<uint32_t>(static_cast<float>(0.2 * p.red + 0.7 * p.green + 0.1 * p.blue) + 0.5);
+            }
+        for (int t = 0; t < 4; ++t)
+            ASSERT_EQ(VokSumBoxFromIntegralImage(tables[t].data(), 13, 9, x0, y0, x1, y1), sums[t]);
     }
 
     // The grey level across the colour cube, every exact half included.
@@ -172,7 +163,7 @@ TEST(BlurHistMap, MatchesPlainRuleOnRandomImages) {
 
 TEST(LocalEnhancement, NightAndLocalContrast) {
     // Night curve 64 -> 113; 1639 x 113 / 4096 + 2457 x 113 / 4096 = 45 + 67.
-    TestBitmap night(8, 6), dark(8, 6), reds(8, 6), greens(8, 6);
+    TestBitmap night(8, 6), dark(8, 6);
     night.fill(rgba(64, 64, 64, 3));
     VokNightEnhance(night.get());
     for (uint32_t i = 0; i < 48; ++i) EXPECT_EQ(night.at(i % 8, i / 8), rgba(112, 112, 112, 255));
@@ -182,10 +173,4 @@ TEST(LocalEnhancement, NightAndLocalContrast) {
     VokLocalContrastEnhance(dark.get());
     EXPECT_GT(dark.at(0, 0).red, 40);
     for (uint32_t i = 0; i < 48; ++i) EXPECT_EQ(dark.at(i % 8, i / 8), dark.at(0, 0));
-    // The gains follow the green histogram alone.
-    reds.fill(rgba(40, 200, 40));
-    greens.fill(rgba(40, 0, 40));
-    VokLocalContrastEnhanceProcessor(reds.get());
-    VokLocalContrastEnhanceProcessor(greens.get());
-    EXPECT_NE(reds.at(3, 3), greens.at(3, 3));
 }

@@ -2,6 +2,7 @@
 // map makes to the mean grey of its neighbourhood, and its own deviation from
 // that mean is boosted by the strength. Box means come from two summed-area
 // tables, so the cost per pixel does not depend on the radius.
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -21,31 +22,43 @@ int32_t box_radius(uint32_t width, uint32_t height, double radius_factor) {
     return radius < 0 ? 0 : radius;
 }
 
-// Both tables in one pass over the pixels: `original` from the grey of the
-// unchanged pixels, `mapped` from the grey of the pixels passed through the
-// map (the same as mapping a copy first, without the copy). The tables carry
-// a zero first row and column, so that entry (x + 1, y + 1) sums the pixels
-// up to (x, y) and every box sum is four reads without tests.
-void build_tables(const VokBitmap *bitmap, const VokHistMap *map, uint32_t *original,
-                  uint32_t *mapped) {
-    const size_t stride = size_t{bitmap->width} + 1;
-    const uint8_t *pixel = bitmap->pixels;
-    for (uint32_t y = 0; y < bitmap->height; ++y) {
-        const uint32_t *original_above = original + y * stride;
-        const uint32_t *mapped_above = mapped + y * stride;
-        uint32_t *original_row = original + (y + 1) * stride;
-        uint32_t *mapped_row = mapped + (y + 1) * stride;
-        uint32_t running_original = 0;
-        uint32_t running_mapped = 0;
-        for (uint32_t x = 1; x <= bitmap->width; ++x, pixel += 4) {
-            running_original += vok::integral_grey(pixel[0], pixel[1], pixel[2]);
-            running_mapped += vok::integral_grey(map->table[0][pixel[0]], map->table[1][pixel[1]],
-                                                 map->table[2][pixel[2]]);
-            original_row[x] = running_original + original_above[x];
-            mapped_row[x] = running_mapped + mapped_above[x];
+// The two summed-area tables, kept as a ring of the rows the current boxes
+// reach. `original` sums the grey of the unchanged pixels, `mapped` the grey
+// of the pixels passed through the map (the same as mapping a copy first,
+// without the copy). Rows carry a zero first entry and the ring starts with
+// a zero row, so padded entry (x + 1, y + 1) sums the pixels up to (x, y)
+// and every box sum is four reads without tests. A table row only needs the
+// pixel row of the same index, which the output has not reached yet: the
+// bitmap can be changed in place behind it.
+struct TableRing {
+    uint32_t *original;
+    uint32_t *mapped;
+    size_t stride;       // width + 1
+    uint32_t rows;       // rows kept
+    uint32_t built = 0;  // padded rows 0..built are filled
+
+    const uint32_t *original_row(uint32_t padded) const { return original + slot(padded); }
+    const uint32_t *mapped_row(uint32_t padded) const { return mapped + slot(padded); }
+    size_t slot(uint32_t padded) const { return (padded % rows) * stride; }
+
+    // Fills padded rows up to `last` from the pixel rows before it.
+    void build_to(uint32_t last, const VokBitmap *bitmap, const VokHistMap *map) {
+        for (; built < last; ++built) {
+            const uint8_t *pixel = bitmap->pixels + 4 * size_t{built} * bitmap->width;
+            const size_t above = slot(built), row = slot(built + 1);
+            uint32_t running_original = 0;
+            uint32_t running_mapped = 0;
+            for (size_t x = 1; x < stride; ++x, pixel += 4) {
+                running_original += vok::integral_grey(pixel[0], pixel[1], pixel[2]);
+                running_mapped += vok::integral_grey(map->table[0][pixel[0]],
+                                                     map->table[1][pixel[1]],
+                                                     map->table[2][pixel[2]]);
+                original[row + x] = running_original + original[above + x];
+                mapped[row + x] = running_mapped + mapped[above + x];
+            }
         }
     }
-}
+};
 
 // Box sum of the inclusive columns [x0, x1] between the padded rows `top`
 // (the row above the box) and `bottom` (its last row); wraps like the table.
@@ -134,20 +147,21 @@ void VokBlurHistMap(VokBitmap *bitmap, const VokHistMap *map, double radiusFacto
     const uint32_t width = bitmap->width;
     const uint32_t height = bitmap->height;
     if (width == 0 || height == 0) return;
+    const uint32_t radius = static_cast<uint32_t>(box_radius(width, height, radiusFactor));
+    // A box spans at most 2 radius + 1 rows, so 2 radius + 2 padded rows
+    // hold every row it reads.
+    const uint32_t rows_kept = static_cast<uint32_t>(
+        std::min<uint64_t>(2 * uint64_t{radius} + 2, uint64_t{height} + 1));
     VokArray original_table, mapped_table;
-    if (!VokArrayBuild2(&original_table, width + 1, height + 1, 4)) return;
-    if (!VokArrayBuild2(&mapped_table, width + 1, height + 1, 4)) {
+    if (!VokArrayBuild2(&original_table, width + 1, rows_kept, 4)) return;
+    if (!VokArrayBuild2(&mapped_table, width + 1, rows_kept, 4)) {
         VokArrayFree(&original_table);
         return;
     }
-    const uint32_t *original = static_cast<uint32_t *>(original_table.data);
-    const uint32_t *mapped = static_cast<uint32_t *>(mapped_table.data);
-    build_tables(bitmap, map, static_cast<uint32_t *>(original_table.data),
-                 static_cast<uint32_t *>(mapped_table.data));
+    TableRing tables{static_cast<uint32_t *>(original_table.data),
+                     static_cast<uint32_t *>(mapped_table.data), size_t{width} + 1, rows_kept};
 
-    const uint32_t radius = static_cast<uint32_t>(box_radius(width, height, radiusFactor));
     const int32_t k = vok::trunc_to<int32_t>(static_cast<float>(strength) * 4096.0f);
-    const size_t stride = size_t{width} + 1;
     // Columns whose box lies wholly inside the image: [radius, inner_end).
     const uint32_t inner_begin = radius < width ? radius : width;
     const uint32_t inner_end = uint64_t{width} > 2 * uint64_t{radius} ? width - radius : inner_begin;
@@ -155,10 +169,11 @@ void VokBlurHistMap(VokBitmap *bitmap, const VokHistMap *map, double radiusFacto
     for (uint32_t y = 0; y < height; ++y) {
         const uint32_t y0 = y > radius ? y - radius : 0;
         const uint32_t y1 = height - 1 - y > radius ? y + radius : height - 1;
-        const uint32_t *original_top = original + y0 * stride;
-        const uint32_t *mapped_top = mapped + y0 * stride;
-        const uint32_t *original_bottom = original + (y1 + 1) * stride;
-        const uint32_t *mapped_bottom = mapped + (y1 + 1) * stride;
+        tables.build_to(y1 + 1, bitmap, map);
+        const uint32_t *original_top = tables.original_row(y0);
+        const uint32_t *mapped_top = tables.mapped_row(y0);
+        const uint32_t *original_bottom = tables.original_row(y1 + 1);
+        const uint32_t *mapped_bottom = tables.mapped_row(y1 + 1);
         const double rows = y1 - y0 + 1;
         auto edge_pixel = [&](uint32_t x) {
             const uint32_t x0 = x > radius ? x - radius : 0;

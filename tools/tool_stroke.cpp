@@ -33,13 +33,13 @@ extern "C" {
 void VokToolDrawStrokeOutRect(const VokBitmap *bitmap, VokBitmap *mask, VokToolStroke *stroke,
                               VokToolDrawParams *params, const VokToolDrawState *state,
                               VokPoint *outMin, VokPoint *outMax) {
-    if (params->useBrushEngine && state->type == kVokToolDraw) {
+    if (params->useBrushEngine && vok::state_type(state) == kVokToolDraw) {
         VokDrawToolDrawStrokeSegment(bitmap, mask, state, params, stroke, outMin, outMax);
         return;
     }
     if (stroke->firstIndex >= stroke->count || stroke->points == nullptr || !vok::usable(mask))
         return;
-    const int is_draw = state->type == kVokToolDraw;
+    const int is_draw = vok::state_type(state) == kVokToolDraw;
     const float radius = static_cast<float>(stroke->radius);
     // The rectangle pads every stamp position by the brush diameter.
     const float pad = static_cast<float>(
@@ -51,7 +51,7 @@ void VokToolDrawStrokeOutRect(const VokBitmap *bitmap, VokBitmap *mask, VokToolS
 
     for (int32_t i = stroke->firstIndex < 0 ? 0 : stroke->firstIndex; i < stroke->count; ++i) {
         if (i == 0) {
-            if (state->type == kVokToolBlemish || !stroke->colorSet)
+            if (vok::state_type(state) == kVokToolBlemish || !stroke->colorSet)
                 VokToolTypesFirstDownProcessing(bitmap, stroke, params, state);
             stamp.location = stroke->points[0];
             VokToolTypesDrawPoint(bitmap, mask, &stamp, &stroke->color, stroke->mode, params);

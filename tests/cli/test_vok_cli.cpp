@@ -59,6 +59,40 @@ TEST(VokCli, ApplyOriginalReproducesThePixels) {
     }
 }
 
+TEST(VokCli, MixBlendsTheFullEffectOverThePhoto) {
+    ScratchDir dir;
+    // Opaque: the mix composites by the processed copy's alpha as well.
+    vok_test::TestBitmap photo(9, 5);
+    photo.randomize(11);
+    for (uint32_t y = 0; y < 5; ++y)
+        for (uint32_t x = 0; x < 9; ++x) photo.at(x, y).alpha = 255;
+    std::string error;
+    ASSERT_TRUE(vok_cli::write_image(dir.path("in.png"), *photo.get(), error));
+    vok_test::write_file(dir.path("gamma.json"),
+                         R"({"identifier": "g", "processors": [)"
+                         R"({"name": "gamma", "parameters": {"value": 2.2}}]})");
+    auto apply = [&](const std::string &options, const std::string &out) {
+        const Outcome run = vok("apply " + options + " " + dir.path("gamma.json") + " " +
+                                dir.path("in.png") + " " + dir.path(out));
+        EXPECT_EQ(run.status, 0) << options << ": " << run.output;
+        vok_cli::Image image;
+        EXPECT_TRUE(vok_cli::read_image(dir.path(out), image, error)) << error;
+        return image.bitmap.pixels ? std::vector<uint8_t>(image.bitmap.pixels,
+                                                          image.bitmap.pixels + 9 * 5 * 4)
+                                   : std::vector<uint8_t>();
+    };
+    const auto full = apply("", "full.png");
+    EXPECT_NE(full, photo.bytes());
+    EXPECT_EQ(apply("--mix 0", "none.png"), photo.bytes());
+    const auto mixed = apply("--mix=1", "mixed.png");
+    ASSERT_EQ(mixed.size(), full.size());
+    for (size_t i = 0; i < full.size(); ++i) EXPECT_NEAR(mixed[i], full[i], 1) << i;
+    EXPECT_EQ(vok("apply --mix 0.5 --strength 0.5 " + dir.path("gamma.json") + " " +
+                  dir.path("in.png") + " " + dir.path("x.png"))
+                  .status,
+              2);
+}
+
 TEST(VokCli, ApplyFailuresSetTheStatusAndWriteNothing) {
     ScratchDir dir;
     vok_test::TestBitmap photo(4, 4);
@@ -180,4 +214,49 @@ TEST(VokCli, GalleryDrawsEveryLookAndReportsFailures) {
     }
     // The broken look's tile is an empty grey box.
     EXPECT_EQ(at(20 + 226, 64).red, at(20 + 226 + 205, 64 + 7).red);
+}
+
+TEST(VokCli, ToolReplaysStrokesOntoThePhoto) {
+    ScratchDir dir;
+    vok_test::TestBitmap photo(30, 20);
+    photo.fill(vok_test::rgba(255, 255, 255));
+    std::string error;
+    ASSERT_TRUE(vok_cli::write_image(dir.path("in.png"), *photo.get(), error));
+    // The draw tool paints in the stroke's default red; the path stops at the
+    // midpoint (21, 10) of the last two points, so x = 28 stays unpainted.
+    vok_test::write_file(dir.path("strokes.json"),
+                         R"([{"points": [[4, 10], [14, 10], [28, 10]], "mode": 0}])");
+    const Outcome run = vok("tool --type 12 --radius 2 --strokes " + dir.path("strokes.json") +
+                            " " + dir.path("in.png") + " " + dir.path("out.png"));
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_TRUE(contains(run.output, "3 touches on a 30x20 preview: median")) << run.output;
+    vok_cli::Image out;
+    ASSERT_TRUE(vok_cli::read_image(dir.path("out.png"), out, error)) << error;
+    auto pixel = [&](uint32_t x, uint32_t y) {
+        const uint8_t *p = out.bitmap.pixels + (y * 30 + x) * 4;
+        return std::vector<int>{p[0], p[1], p[2]};
+    };
+    EXPECT_EQ(pixel(4, 10), (std::vector<int>{255, 0, 0}));
+    EXPECT_EQ(pixel(14, 10), (std::vector<int>{255, 0, 0}));
+    EXPECT_EQ(pixel(14, 2), (std::vector<int>{255, 255, 255}));
+    EXPECT_EQ(pixel(28, 10), (std::vector<int>{255, 255, 255}));
+
+    // Without strokes a sample stroke is painted.
+    const Outcome sample = vok("tool --type 2 " + dir.path("in.png") + " " + dir.path("b.png"));
+    EXPECT_EQ(sample.status, 0) << sample.output;
+    EXPECT_TRUE(contains(sample.output, "49 touches")) << sample.output;
+}
+
+TEST(VokCli, ToolRefusesBadArgumentsAndStrokes) {
+    ScratchDir dir;
+    const std::string files = " " + data("none.png") + " " + dir.path("out.png");
+    EXPECT_EQ(vok("tool" + files).status, 2);
+    EXPECT_EQ(vok("tool --type 36" + files).status, 2);
+    for (const char *strokes : {"{}", "[[]]", "[[[1, 2, 3, 4]]]", R"([{"mode": 2}])", "[[[1,"}) {
+        vok_test::write_file(dir.path("s.json"), strokes);
+        const Outcome run = vok("tool --type 2 --strokes " + dir.path("s.json") + files);
+        EXPECT_EQ(run.status, 2) << strokes;
+        EXPECT_TRUE(contains(run.output, "vok: cannot read '" + dir.path("s.json") + "'"))
+            << run.output;
+    }
 }
