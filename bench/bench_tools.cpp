@@ -119,9 +119,20 @@ void BM_ToolRenderHiRes(benchmark::State &state) {
     vok_bench::report_pixels(state);
 }
 
+// Teeth whitening over the whole photo: the full effect of type 5.
+void BM_Whiten(benchmark::State &state) {
+    vok_bench::Photo photo;
+    for (auto _ : state) {
+        photo.reset_untimed(state);
+        VokWhiten(&photo.bitmap, &photo.bitmap);
+    }
+    vok_bench::report_pixels(state);
+}
+
 }  // namespace
 
 BENCHMARK(BM_ToolTouchPlainBrush)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ToolTouchSimilarColour)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ToolTouchDraw)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ToolRenderHiRes)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Whiten)->Unit(benchmark::kMillisecond);
