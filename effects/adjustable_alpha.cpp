@@ -6,7 +6,7 @@ extern "C" {
 
 int TESKRunAdjustableAlphaEffect(VokJsonValue effect, VokBitmap *bitmap,
                                  const VokEffectParams *params) {
-    if (!bitmap || !params) return 0;
+    if (!bitmap || !bitmap->pixels || !params) return 0;
     VokEffectParams full = *params;
     full.strength = 1.0;
     VokBitmap work;

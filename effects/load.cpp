@@ -10,25 +10,28 @@ namespace {
 constexpr size_t kMaxDescriptionBytes = 16u * 1024u * 1024u;
 constexpr uint32_t kMaxNesting = 64;
 
-// Deepest nesting of [ and { outside strings, stopping early once it passes
-// the limit. Malformed text is left for yajl to reject.
+// Deepest nesting of [ and { outside strings and comments (yajl accepts
+// both comment forms), stopping early once it passes the limit. Malformed
+// text is left for yajl to reject.
 uint32_t nesting_depth(const char *text) {
     uint32_t depth = 0, deepest = 0;
-    bool in_string = false;
     for (const char *p = text; *p; ++p) {
         const char c = *p;
-        if (in_string) {
-            if (c == '\\') {
-                if (!p[1]) break;
-                ++p;
-            } else if (c == '"') {
-                in_string = false;
+        if (c == '"') {
+            for (++p; *p && *p != '"'; ++p) {
+                if (*p == '\\' && !*++p) return deepest;
             }
-        } else if (c == '"') {
-            in_string = true;
+            if (!*p) return deepest;
+        } else if (c == '/' && p[1] == '/') {
+            while (p[1] && p[1] != '\n') ++p;
+        } else if (c == '/' && p[1] == '*') {
+            for (p += 2; *p && !(p[0] == '*' && p[1] == '/'); ++p) {
+            }
+            if (!*p) return deepest;
+            ++p;
         } else if (c == '[' || c == '{') {
             if (++depth > deepest) deepest = depth;
-            if (deepest > kMaxNesting) break;
+            if (deepest > kMaxNesting) return deepest;
         } else if ((c == ']' || c == '}') && depth > 0) {
             --depth;
         }

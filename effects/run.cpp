@@ -46,7 +46,9 @@ int TESKRunEffect(VokJsonValue effect, VokBitmap *bitmap, const VokEffectParams 
 
 int TESKRunEffectProcessors(VokJsonValue effect, VokBitmap *bitmap,
                             const VokEffectParams *params) {
-    if (!effect || !bitmap || !params) return 0;
+    // A bitmap whose build failed keeps its size but has no pixels: refused
+    // here, so no engine ever sees it.
+    if (!effect || !bitmap || !bitmap->pixels || !params) return 0;
     if (!vok::has_envelope(effect)) {
         VOK_LOGD("Missing or problematic identifier property and/or processors property");
         return 0;

@@ -94,6 +94,15 @@ TEST(EffectLoad, RefusesDeepNestingAndOversizeBeforeParsing) {
         EXPECT_TRUE(log.messages().empty());
     }
     {
+        // yajl skips comments, so brackets after a quote inside one still nest.
+        LogCapture log;
+        Effect effect("/* \" */" + std::string(100000, '['));
+        EXPECT_EQ(effect.get(), nullptr);
+        EXPECT_TRUE(log.only(deep_message));
+        Effect commented("// [[[\n" + with_processors("[/* {{{ */]"));
+        EXPECT_NE(commented.get(), nullptr);
+    }
+    {
         const size_t limit = 16u * 1024u * 1024u;
         std::string big = with_processors("[]");
         big.append(limit - big.size(), ' ');
@@ -125,6 +134,9 @@ TEST(EffectRun, NullArgumentsFailSilently) {
     EXPECT_EQ(TESKRunEffectProcessors(effect.get(), nullptr, &params), 0);
     EXPECT_EQ(TESKRunEffectProcessors(effect.get(), bitmap.get(), nullptr), 0);
     EXPECT_EQ(TESKRunEffect(nullptr, bitmap.get(), &params), 0);
+    VokBitmap unbuilt{nullptr, 2, 2};
+    EXPECT_EQ(TESKRunEffect(effect.get(), &unbuilt, &params), 0);
+    EXPECT_EQ(TESKRunAdjustableAlphaEffect(effect.get(), &unbuilt, &params), 0);
     EXPECT_TRUE(log.messages().empty());
 }
 

@@ -1,6 +1,7 @@
 // Vignette, flare and gradient runners against the engine calls they make.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "support/effect_checks.h"
@@ -14,6 +15,39 @@ using vok_test::TwoStopGradient;
 namespace {
 
 const std::string kStops = vok_test::kTwoStopGradientJson;
+
+// The gradient flare of the two-stop gradient, drawn directly.
+void draw_flare(VokBitmap *b, int32_t shape, const double *transform, const double *params,
+                int32_t aspect, uint8_t invert, int32_t wrap, int32_t mode, double alpha) {
+    TwoStopGradient g;
+    double t[16], p[16];
+    std::copy(transform, transform + 16, t);
+    std::copy(params, params + 16, p);
+    VokGradientFlareParams r;
+    VokGradientFlareParamsInit(&r);
+    r.shape = shape;
+    r.transform = t;
+    r.params = p;
+    r.aspectMode = aspect;
+    r.gradient = &g.g;
+    r.invert = invert;
+    r.wrapMode = wrap;
+    r.blendMode = mode;
+    r.alpha = alpha;
+    VokGradientFlareApply(b, &r);
+}
+
+// Shape parameters placed as the "placement" keys of the gradient tests say.
+VokGradientShapeParams placed(int32_t shape) {
+    VokGradientShapeParams p;
+    VokGradientShapeParamsInit(&p);
+    p.gradientShape = shape;
+    p.scale = 1.5;
+    p.xCenter = static_cast<float>(0.3);
+    p.yCenter = static_cast<float>(0.6);
+    p.angle = static_cast<float>(30.0f * 0.017453292519943295);
+    return p;
+}
 
 }  // namespace
 
@@ -78,13 +112,7 @@ TEST(GradientProcessor, FillsTheShapeRecordAndScalesAlpha) {
                                             "blendMode":"overlay"})",
         0.5, [](VokBitmap *b) {
             TwoStopGradient g;
-            VokGradientShapeParams p;
-            VokGradientShapeParamsInit(&p);
-            p.gradientShape = 0;
-            p.scale = 1.5;
-            p.xCenter = static_cast<float>(0.3);
-            p.yCenter = static_cast<float>(0.6);
-            p.angle = static_cast<float>(30.0f * 0.017453292519943295);
+            const VokGradientShapeParams p = placed(0);
             VokGradientApply(b, &p, &g.g, 1, static_cast<float>(0.9 * 0.5));
         });
     expect_same_as_engine(
@@ -94,13 +122,7 @@ TEST(GradientProcessor, FillsTheShapeRecordAndScalesAlpha) {
                              "dx":0.2,"dy":-0.1}})",
         0.75, [](VokBitmap *b) {
             TwoStopGradient g;
-            VokGradientShapeParams p;
-            VokGradientShapeParamsInit(&p);
-            p.gradientShape = 2;
-            p.scale = 1.5;
-            p.xCenter = static_cast<float>(0.3);
-            p.yCenter = static_cast<float>(0.6);
-            p.angle = static_cast<float>(30.0f * 0.017453292519943295);
+            VokGradientShapeParams p = placed(2);
             p.vignetteShapeMode = 1;
             p.vignetteSize = 0.6;  // strength 1 and no epsilon inside the block
             p.vignetteOffsetX = 0.2;
@@ -155,21 +177,9 @@ TEST(GradientFlareProcessor, ReadsEveryKeyWithItsDefault) {
             R"(,"gradientParams":[0.5,0.25,0,0,0,0,0,0,0,0,0,0,0,0,0,0],
             "gradientWrapMode":"repeat","blendMode":"screen"})",
         0.5, [](VokBitmap *b) {
-            TwoStopGradient g;
-            double t[16] = {1.5, 0, 0, 0.1, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
-            double p[16] = {0.5, 0.25};
-            VokGradientFlareParams r;
-            VokGradientFlareParamsInit(&r);
-            r.shape = 2;
-            r.transform = t;
-            r.params = p;
-            r.aspectMode = 0;
-            r.gradient = &g.g;
-            r.invert = 1;
-            r.wrapMode = 1;
-            r.blendMode = 3;
-            r.alpha = 0.8 * 0.5;
-            VokGradientFlareApply(b, &r);
+            const double t[16] = {1.5, 0, 0, 0.1, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+            const double p[16] = {0.5, 0.25};
+            draw_flare(b, 2, t, p, 0, 1, 1, 3, 0.8 * 0.5);
         });
     {
         // A boolean true does not invert; "Fit" and the missing keys default.
@@ -186,21 +196,9 @@ TEST(GradientFlareProcessor, ReadsEveryKeyWithItsDefault) {
             "Wrap mode doesn't match.  Defaulting to clamp.",
             "Missing blend mode. Defaulting to normal."};
         EXPECT_EQ(check.log, expected);
-        TwoStopGradient g;
-        double t[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
-        double p[16] = {};
-        VokGradientFlareParams r;
-        VokGradientFlareParamsInit(&r);
-        r.shape = 1;
-        r.transform = t;
-        r.params = p;
-        r.aspectMode = 1;
-        r.gradient = &g.g;
-        r.invert = 0;
-        r.wrapMode = 0;
-        r.blendMode = 0;
-        r.alpha = 1.0;
-        VokGradientFlareApply(check.original.get(), &r);
+        const double identity[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+        const double zeros[16] = {};
+        draw_flare(check.original.get(), 1, identity, zeros, 1, 0, 0, 0, 1.0);
         EXPECT_EQ(check.bitmap.bytes(), check.original.bytes());
     }
 }
