@@ -57,7 +57,7 @@ void paint(VokBitmap *bitmap, const VokGradientShapeParams &p, const VokColor *t
             const double x = (static_cast<double>(c) / w - p.xCenter) * f.q;
             float opacity;
             if (p.gradientShape == 1) {
-                const VokColor &entry = table[table_index(sqrtf(static_cast<float>(x * x + y * y)))];
+                const VokColor &entry = table[table_index(sqrt(x * x + y * y))];
                 opacity = static_cast<float>(strength * (entry.alpha * 0.003921569));
                 vok::blend_float<Mode>(*pixel, entry, opacity);
                 continue;
