@@ -45,19 +45,30 @@ inline uint32_t clamp_index(int32_t v, uint32_t size) {
     return static_cast<uint32_t>(v) >= size ? size - 1 : static_cast<uint32_t>(v);
 }
 
-// Mask opacity at (mx, my): the cell clamped into the mask, the fractions
-// taken from the clamped corner (so they may leave [0, 1] at the borders).
-inline double mask_opacity(const VokBitmap *mask, double mx, double my) {
-    const uint32_t x0 = clamp_index(trunc_to<int32_t>(mx), mask->width);
-    const uint32_t y0 = clamp_index(trunc_to<int32_t>(my), mask->height);
-    const uint32_t x1 = clamp_index(static_cast<int32_t>(x0) + 1, mask->width);
-    const uint32_t y1 = clamp_index(static_cast<int32_t>(y0) + 1, mask->height);
-    const double fx = mx - x0, fy = my - y0;
-    const VokColor *m = pixels_of(mask);
-    const size_t row0 = static_cast<size_t>(y0) * mask->width, row1 = static_cast<size_t>(y1) * mask->width;
-    const double top = m[row0 + x0].alpha * (1.0 - fx) + m[row0 + x1].alpha * fx;
-    const double bottom = m[row1 + x0].alpha * (1.0 - fx) + m[row1 + x1].alpha * fx;
-    return (top * (1.0 - fy) + bottom * fy) * 0.00392156862745098;
+// One axis of a mask position: the cell clamped into the mask, the fraction
+// taken from the clamped corner (so it may leave [0, 1] at the borders), and
+// whether the position is more than a cell outside (NaN is not).
+struct MaskAxis {
+    uint32_t i0, i1;
+    double f;
+    bool outside;
+};
+
+inline MaskAxis mask_axis(double p, uint32_t size) {
+    MaskAxis axis;
+    axis.outside = p < -1.0 || p > size;
+    axis.i0 = clamp_index(trunc_to<int32_t>(p), size);
+    axis.i1 = clamp_index(static_cast<int32_t>(axis.i0) + 1, size);
+    axis.f = p - axis.i0;
+    return axis;
+}
+
+inline double mask_opacity(const VokBitmap *mask, const MaskAxis &x, const MaskAxis &y) {
+    const VokColor *row0 = pixels_of(mask) + static_cast<size_t>(y.i0) * mask->width;
+    const VokColor *row1 = pixels_of(mask) + static_cast<size_t>(y.i1) * mask->width;
+    const double top = row0[x.i0].alpha * (1.0 - x.f) + row0[x.i1].alpha * x.f;
+    const double bottom = row1[x.i0].alpha * (1.0 - x.f) + row1[x.i1].alpha * x.f;
+    return (top * (1.0 - y.f) + bottom * y.f) * 0.00392156862745098;
 }
 
 // Premultiplied channel back to straight colour; NaN (alpha 0) gives 255.
@@ -141,6 +152,11 @@ void VokBitmapBlendBitmapTransform(VokBitmap *destination, const VokBitmap *sour
 // Base and layer share the destination's pixel indices; the mask may have
 // any size and is stretched over the destination. An empty mask has no
 // cells to read and leaves the destination alone.
+//
+// The inverse of a pure scale has zero cross terms, so a column's mask
+// position is the same on every row (b y is a signed zero for every y, as
+// b 0 is) and a row's on every column. The walk goes in blocks of columns
+// whose positions are worked out once per block.
 void VokBitmapBlendBitmapMask(VokBitmap *destination, const VokBitmap *base, const VokBitmap *layer,
                               const VokBitmap *mask, VokBlendMode mode) {
     if (mask->width == 0 || mask->height == 0) return;
@@ -148,25 +164,34 @@ void VokBitmapBlendBitmapMask(VokBitmap *destination, const VokBitmap *base, con
     VokTransformPostScale(&scale, static_cast<double>(destination->width) / mask->width,
                           static_cast<double>(destination->height) / mask->height);
     VokTransformGetInverse(&scale, &inverse);
-    const double Wm = mask->width, Hm = mask->height;
     const VokColor *b = pixels_of(base), *l = pixels_of(layer);
     VokColor *d = pixels_of(destination);
+    const uint32_t W = destination->width;
     with_float_blend_mode(mode, [&](auto mode_constant) {
         constexpr uint32_t M = decltype(mode_constant)::value;
-        size_t i = 0;
-        for (uint32_t y = 0; y < destination->height; ++y)
-            for (uint32_t x = 0; x < destination->width; ++x, ++i) {
-                const double mx = inverse.a * x + inverse.b * y + inverse.tx;
-                const double my = inverse.c * x + inverse.d * y + inverse.ty;
-                if (mx < -1.0 || mx > Wm || my < -1.0 || my > Hm) continue;
-                // A normal blend at opacity 1 reproduces the base exactly, so
-                // the base is simply copied.
-                VokColor mixed = b[i];
-                blend_float<M>(mixed, l[i], static_cast<float>(mask_opacity(mask, mx, my)));
-                d[i].red = mixed.red;
-                d[i].green = mixed.green;
-                d[i].blue = mixed.blue;
+        constexpr uint32_t kBlock = 256;
+        MaskAxis columns[kBlock];
+        for (uint32_t bx = 0; bx < W; bx += kBlock) {
+            const uint32_t count = min_u32(kBlock, W - bx);
+            for (uint32_t j = 0; j < count; ++j)
+                columns[j] = mask_axis(inverse.a * (bx + j) + inverse.b * 0.0 + inverse.tx, mask->width);
+            for (uint32_t y = 0; y < destination->height; ++y) {
+                const MaskAxis row = mask_axis(inverse.c * 0.0 + inverse.d * y + inverse.ty, mask->height);
+                if (row.outside) continue;
+                const size_t start = static_cast<size_t>(y) * W + bx;
+                for (uint32_t j = 0; j < count; ++j) {
+                    if (columns[j].outside) continue;
+                    const size_t i = start + j;
+                    // A normal blend at opacity 1 reproduces the base exactly,
+                    // so the base is simply copied.
+                    VokColor mixed = b[i];
+                    blend_float<M>(mixed, l[i], static_cast<float>(mask_opacity(mask, columns[j], row)));
+                    d[i].red = mixed.red;
+                    d[i].green = mixed.green;
+                    d[i].blue = mixed.blue;
+                }
             }
+        }
     });
 }
 

@@ -101,6 +101,20 @@ TEST(BlendBitmapMask, MaskIsStretchedOverTheDestination) {
                           "\x0a\x14\x1e\x4d\x69\x3c\x0f\x4d\xc8\x64\x00\x4d\xc8\x64\x00\x4d", 16), 0);
     EXPECT_EQ(std::memcmp(&destination.at(0, 1), &destination.at(0, 0), 16), 0);
 
+    // Wider than one block of columns: opacity x / 300 up to 1, then 1.
+    TestBitmap wide(600, 1), wide_base(600, 1), wide_layer(600, 1);
+    wide_base.randomize(4);
+    wide_layer.randomize(5);
+    VokBitmapBlendBitmapMask(wide.get(), wide_base.get(), wide_layer.get(), mask.get(), kVokBlendMultiply);
+    for (uint32_t x = 0; x < 600; ++x) {
+        const double fx = x < 300 ? x / 300.0 : x / 300.0 - 1;
+        const double o = (x < 300 ? 255 * fx : 255 * (1 - fx) + 255 * fx) * 0.00392156862745098;
+        VokColor expected = wide_base.at(x, 0);
+        VokColorBlend(&expected, &wide_layer.at(x, 0), kVokBlendMultiply, static_cast<float>(o));
+        ASSERT_EQ(std::memcmp(&wide.at(x, 0), &expected, 3), 0) << x;
+        ASSERT_EQ(wide.at(x, 0).alpha, 0);
+    }
+
     TestBitmap before(destination);
     VokBitmap empty = {nullptr, 0, 0};
     VokBitmapBlendBitmapMask(destination.get(), base.get(), layer.get(), &empty, kVokBlendNormal);
