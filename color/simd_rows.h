@@ -6,6 +6,7 @@
 #ifndef VOK_COLOR_SIMD_ROWS_H
 #define VOK_COLOR_SIMD_ROWS_H
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -21,7 +22,8 @@ namespace vok {
 
 // Modes with a vector row; the others run the scalar kernel only.
 template <uint32_t Mode>
-inline constexpr bool has_vector_blend = Mode == kVokBlendNormal || Mode == kVokBlendMultiply;
+inline constexpr bool has_vector_blend = Mode == kVokBlendNormal || Mode == kVokBlendMultiply ||
+                                         Mode == kVokBlendScreen || Mode == kVokBlendOverlay;
 
 #if defined(__SSE2__)
 
@@ -30,17 +32,38 @@ inline constexpr bool has_vector_blend = Mode == kVokBlendNormal || Mode == kVok
 // stays within [0, 2^31).
 inline bool vector_opacity_ok(float opacity) { return opacity >= 0.0f && opacity <= 8388608.0f; }
 
-// Integer-family normal and multiply over 4 pixels. All sums stay below
-// 2^16: B a + d (255 - a) + 255 <= 65280.
+// Integer-family blend values of 8 channels in 16-bit lanes. Every product
+// that is kept fits in 16 bits; overlay computes both branches (the one not
+// taken may wrap) and selects by d > 127.
+template <uint32_t Mode>
+inline __m128i blend_value_sse2(__m128i d, __m128i s) {
+    const __m128i c255 = _mm_set1_epi16(255);
+    const __m128i c65025 = _mm_set1_epi16(static_cast<short>(65025));
+    if constexpr (Mode == kVokBlendMultiply) return _mm_srli_epi16(_mm_mullo_epi16(s, d), 8);
+    if constexpr (Mode == kVokBlendScreen)
+        return _mm_srli_epi16(_mm_sub_epi16(c65025, _mm_mullo_epi16(_mm_sub_epi16(c255, s), _mm_sub_epi16(c255, d))), 8);
+    if constexpr (Mode == kVokBlendOverlay) {
+        const __m128i inverse = _mm_slli_epi16(_mm_mullo_epi16(_mm_sub_epi16(c255, d), _mm_sub_epi16(c255, s)), 1);
+        const __m128i screen = _mm_srli_epi16(_mm_sub_epi16(c65025, inverse), 8);
+        const __m128i multiply = _mm_srli_epi16(_mm_slli_epi16(_mm_mullo_epi16(d, s), 1), 8);
+        const __m128i upper = _mm_cmpgt_epi16(d, _mm_set1_epi16(127));
+        return _mm_or_si128(_mm_and_si128(upper, screen), _mm_andnot_si128(upper, multiply));
+    }
+    return s;
+}
+
+// The integer family's mix over 8 channels. All sums stay below 2^16:
+// B a + d (255 - a) + 255 <= 65280.
 template <uint32_t Mode>
 inline __m128i blend_pair_sse2(__m128i d, __m128i s, __m128i a) {
     const __m128i c255 = _mm_set1_epi16(255);
-    __m128i b = s;
-    if constexpr (Mode == kVokBlendMultiply) b = _mm_srli_epi16(_mm_mullo_epi16(s, d), 8);
+    const __m128i b = blend_value_sse2<Mode>(d, s);
     __m128i sum = _mm_add_epi16(_mm_mullo_epi16(b, a), _mm_mullo_epi16(d, _mm_sub_epi16(c255, a)));
     return _mm_srli_epi16(_mm_add_epi16(sum, c255), 8);
 }
 
+// A source row over a destination row, 4 pixels at a time. A zero alpha
+// needs no early return here: d 255 + 255 >> 8 is d again.
 template <uint32_t Mode>
 inline size_t blend_bitmap_row_vector(VokColor *destination, const VokColor *source, size_t n, float opacity) {
     if constexpr (!has_vector_blend<Mode>) {
@@ -124,8 +147,24 @@ inline uint16x4_t blend_alpha_neon(uint16x4_t alpha, float32x4_t opacity) {
     return vand_u16(vmovn_u32(vcvtq_u32_f32(product)), vdup_n_u16(255));
 }
 
-// Integer-family normal and multiply over 8 pixels, channel-planar. All sums
-// stay below 2^16: B a + d (255 - a) + 255 <= 65280.
+// Integer-family blend values of 8 channels, as in the SSE2 form.
+template <uint32_t Mode>
+inline uint16x8_t blend_value_neon(uint16x8_t d, uint16x8_t s) {
+    const uint16x8_t c255 = vdupq_n_u16(255), c65025 = vdupq_n_u16(65025);
+    if constexpr (Mode == kVokBlendMultiply) return vshrq_n_u16(vmulq_u16(s, d), 8);
+    if constexpr (Mode == kVokBlendScreen)
+        return vshrq_n_u16(vsubq_u16(c65025, vmulq_u16(vsubq_u16(c255, s), vsubq_u16(c255, d))), 8);
+    if constexpr (Mode == kVokBlendOverlay) {
+        const uint16x8_t inverse = vshlq_n_u16(vmulq_u16(vsubq_u16(c255, d), vsubq_u16(c255, s)), 1);
+        const uint16x8_t screen = vshrq_n_u16(vsubq_u16(c65025, inverse), 8);
+        const uint16x8_t multiply = vshrq_n_u16(vshlq_n_u16(vmulq_u16(d, s), 1), 8);
+        return vbslq_u16(vcgtq_u16(d, vdupq_n_u16(127)), screen, multiply);
+    }
+    return s;
+}
+
+// The integer family over 8 pixels, channel-planar. All sums stay below
+// 2^16: B a + d (255 - a) + 255 <= 65280.
 template <uint32_t Mode>
 inline size_t blend_bitmap_row_vector(VokColor *destination, const VokColor *source, size_t n, float opacity) {
     if constexpr (!has_vector_blend<Mode>) {
@@ -143,8 +182,7 @@ inline size_t blend_bitmap_row_vector(VokColor *destination, const VokColor *sou
             const uint16x8_t keep = vsubq_u16(c255, a);
             for (int c = 0; c < 3; ++c) {
                 const uint16x8_t dc = vmovl_u8(d.val[c]);
-                uint16x8_t b = vmovl_u8(s.val[c]);
-                if constexpr (Mode == kVokBlendMultiply) b = vshrq_n_u16(vmulq_u16(b, dc), 8);
+                const uint16x8_t b = blend_value_neon<Mode>(dc, vmovl_u8(s.val[c]));
                 d.val[c] = vshrn_n_u16(vmlaq_u16(vmlaq_u16(c255, b, a), dc, keep), 8);
             }
             vst4_u8(&destination[i].red, d);
@@ -153,7 +191,52 @@ inline size_t blend_bitmap_row_vector(VokColor *destination, const VokColor *sou
     }
 }
 
-inline size_t matrix_row_vector(VokColor *, size_t, const float *) { return 0; }
+// NEON flushes denormals to zero. With every entry 0 or at least 2^-100 in
+// magnitude, every product and partial sum of the matrix rows is a multiple
+// of 2^-123, so none is denormal and the flush never happens; other matrices
+// (and NaN entries) stay on the scalar path.
+inline bool neon_matrix_exact(const float *m) {
+    for (int i = 0; i < 12; ++i)
+        if (!(m[i] == 0.0f || fabsf(m[i]) >= 7.8886091e-31f)) return false;
+    return true;
+}
+
+// The byte rule as in the SSE2 row: cap at 256 (NaN stays NaN and converts
+// to 0), truncate, add one where the exact fraction reaches one half; the
+// saturating narrows clamp to [0, 255].
+inline int32x4_t byte_round_unsaturated_neon(float32x4_t x) {
+    const float32x4_t capped = vminq_f32(vdupq_n_f32(256.0f), x);
+    const int32x4_t t = vcvtq_s32_f32(capped);
+    const float32x4_t fraction = vsubq_f32(capped, vcvtq_f32_s32(t));
+    return vsubq_s32(t, vreinterpretq_s32_u32(vcgeq_f32(fraction, vdupq_n_f32(0.5f))));
+}
+
+inline float32x4_t matrix_channel_neon(const float *w, float32x4_t r, float32x4_t g, float32x4_t b) {
+    const float32x4_t sum = vaddq_f32(vaddq_f32(vmulq_n_f32(r, w[0]), vmulq_n_f32(g, w[1])), vmulq_n_f32(b, w[2]));
+    return vaddq_f32(sum, vdupq_n_f32(w[3]));
+}
+
+// A general colour matrix over 8 pixels; alpha bytes are kept.
+inline size_t matrix_row_vector(VokColor *pixels, size_t n, const float *m) {
+    if (!neon_matrix_exact(m)) return 0;
+    size_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        uint8x8x4_t p = vld4_u8(&pixels[i].red);
+        float32x4_t lo[3], hi[3];
+        for (int c = 0; c < 3; ++c) {
+            const uint16x8_t wide = vmovl_u8(p.val[c]);
+            lo[c] = vcvtq_f32_u32(vmovl_u16(vget_low_u16(wide)));
+            hi[c] = vcvtq_f32_u32(vmovl_u16(vget_high_u16(wide)));
+        }
+        for (int row = 0; row < 3; ++row) {
+            const int32x4_t a = byte_round_unsaturated_neon(matrix_channel_neon(m + 4 * row, lo[0], lo[1], lo[2]));
+            const int32x4_t b = byte_round_unsaturated_neon(matrix_channel_neon(m + 4 * row, hi[0], hi[1], hi[2]));
+            p.val[row] = vqmovun_s16(vcombine_s16(vqmovn_s32(a), vqmovn_s32(b)));
+        }
+        vst4_u8(&pixels[i].red, p);
+    }
+    return i;
+}
 
 #else
 

@@ -71,6 +71,10 @@ inline void rgb_to_lab(const VokColor &c, const float *linear, FCube f, double *
     *b = 200.0 * (fy - fz) + 127.0;
 }
 
+inline void table_rgb_to_lab(const VokColor &c, const LabTables &t, double *L, double *a, double *b) {
+    rgb_to_lab(c, t.linear, [&t](double v) { return lab_f_table(v, t.cube_root); }, L, a, b);
+}
+
 // LAB bytes are clamped and truncated, not rounded; white therefore gets the
 // L byte 254 (100 * 2.55 is just below 255 in double precision).
 inline uint8_t lab_byte(double v) {
@@ -161,8 +165,7 @@ void VokColorRGB2LABWithMapping(VokColor *color, const float *mapping) {
 
 void VokColorRGB2LABDoublesWithCbrtMapping(const VokColor *color, double *L, double *a,
                                            double *b) {
-    const LabTables &t = lab_tables();
-    rgb_to_lab(*color, t.linear, [&t](double v) { return lab_f_table(v, t.cube_root); }, L, a, b);
+    table_rgb_to_lab(*color, lab_tables(), L, a, b);
 }
 
 void VokColorRGB2LAB(VokColor *color) {
@@ -256,9 +259,14 @@ void VokColorHSL2RGB(const float *hsl, VokColor *out) {
 }
 
 void VokBitmapConvertRGBToLAB(VokBitmap *bitmap) {
+    const LabTables &t = lab_tables();
     VokColor *p = pixels_of(bitmap);
     const size_t n = pixel_count(bitmap);
-    for (size_t i = 0; i < n; ++i) VokColorRGB2LAB(&p[i]);
+    for (size_t i = 0; i < n; ++i) {
+        double L, a, b;
+        table_rgb_to_lab(p[i], t, &L, &a, &b);
+        store_lab(&p[i], L, a, b);
+    }
 }
 
 void VokBitmapConvertLABToRBG(VokBitmap *bitmap, float aFactor, float bFactor) {

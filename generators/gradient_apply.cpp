@@ -4,6 +4,7 @@
 
 #include <math.h>
 
+#include "color/color_internal.h"
 #include "core/numeric.h"
 
 namespace {
@@ -33,6 +34,54 @@ inline float shape_mode_power(float v, int32_t mode) {
     }
 }
 
+// Per-call constants of the plain gradient.
+struct Frame {
+    double sin_a, cos_a;   // of the angle
+    double q;              // inverse scale
+    float k;               // vignette spread factor
+    int64_t cx, cy;        // vignette centre
+    float inv_w2, inv_h2;  // 1 / W^2, 1 / H^2
+};
+
+// The pixel loop under a float-family mode fixed at compile time.
+template <uint32_t Mode>
+void paint(VokBitmap *bitmap, const VokGradientShapeParams &p, const VokColor *table,
+           double strength, const Frame &f) {
+    const uint32_t w = bitmap->width, h = bitmap->height;
+    VokColor *pixel = reinterpret_cast<VokColor *>(bitmap->pixels);
+    for (uint32_t r = 0; r < h; ++r) {
+        const double y = (static_cast<double>(r) / h - p.yCenter) * f.q;
+        const int64_t dy = static_cast<int64_t>(r) - f.cy;
+        const float vy = static_cast<float>(dy * dy) * f.inv_h2;
+        for (uint32_t c = 0; c < w; ++c, ++pixel) {
+            const double x = (static_cast<double>(c) / w - p.xCenter) * f.q;
+            float opacity;
+            if (p.gradientShape == 1) {
+                const VokColor &entry = table[table_index(sqrt(x * x + y * y))];
+                opacity = static_cast<float>(strength * (entry.alpha * 0.003921569));
+                vok::blend_float<Mode>(*pixel, entry, opacity);
+                continue;
+            }
+            const VokColor &entry = table[table_index(x * f.cos_a - y * f.sin_a)];
+            if (p.gradientShape != 2) {
+                opacity = static_cast<float>(strength * (entry.alpha * 0.003921569));
+            } else {
+                const int64_t dx = static_cast<int64_t>(c) - f.cx;
+                float v = (vy + static_cast<float>(dx * dx) * f.inv_w2) * f.k;
+                v = shape_mode_power(v, p.vignetteShapeMode);
+                if (v > 1.15) {
+                    opacity = static_cast<float>(strength * entry.alpha / 255.0);
+                } else if (v < 0.04) {
+                    opacity = 0.0f;
+                } else {
+                    opacity = static_cast<float>(vignette_ramp(v) * strength * entry.alpha / 255.0);
+                }
+            }
+            vok::blend_float<Mode>(*pixel, entry, opacity);
+        }
+    }
+}
+
 }  // namespace
 
 extern "C" {
@@ -59,48 +108,20 @@ void VokGradientApply(VokBitmap *bitmap, const VokGradientShapeParams *params,
     if (table == nullptr) return;
 
     const uint32_t w = bitmap->width, h = bitmap->height;
-    const double sin_a = sin(params->angle), cos_a = cos(params->angle);
-    const double q = 1.0 / params->scale;
+    Frame frame;
+    frame.sin_a = sin(params->angle);
+    frame.cos_a = cos(params->angle);
+    frame.q = 1.0 / params->scale;
     const float size = static_cast<float>(params->vignetteSize);
     const float spread = size * size * 0.86956525f;
-    const float k = spread == 0.0f ? 1e8f : 1.0f / spread;
-    const int64_t cx = (w >> 1) + vok::trunc_to<int64_t>(floor(0.5 + (w >> 1) * params->vignetteOffsetX));
-    const int64_t cy = (h >> 1) + vok::trunc_to<int64_t>(floor(0.5 + (h >> 1) * params->vignetteOffsetY));
-    const float inv_w2 = 1.0f / static_cast<float>(static_cast<uint64_t>(w) * w);
-    const float inv_h2 = 1.0f / static_cast<float>(static_cast<uint64_t>(h) * h);
-
-    VokColor *pixel = reinterpret_cast<VokColor *>(bitmap->pixels);
-    for (uint32_t r = 0; r < h; ++r) {
-        const double y = (static_cast<double>(r) / h - params->yCenter) * q;
-        const int64_t dy = static_cast<int64_t>(r) - cy;
-        const float vy = static_cast<float>(dy * dy) * inv_h2;
-        for (uint32_t c = 0; c < w; ++c, ++pixel) {
-            const double x = (static_cast<double>(c) / w - params->xCenter) * q;
-            float opacity;
-            if (params->gradientShape == 1) {
-                const VokColor &entry = table[table_index(sqrtf(static_cast<float>(x * x + y * y)))];
-                opacity = static_cast<float>(strength * (entry.alpha * 0.003921569));
-                VokColorBlend(pixel, &entry, mode, opacity);
-                continue;
-            }
-            const VokColor &entry = table[table_index(x * cos_a - y * sin_a)];
-            if (params->gradientShape != 2) {
-                opacity = static_cast<float>(strength * (entry.alpha * 0.003921569));
-            } else {
-                const int64_t dx = static_cast<int64_t>(c) - cx;
-                float v = (vy + static_cast<float>(dx * dx) * inv_w2) * k;
-                v = shape_mode_power(v, params->vignetteShapeMode);
-                if (v > 1.15) {
-                    opacity = static_cast<float>(strength * entry.alpha / 255.0);
-                } else if (v < 0.04) {
-                    opacity = 0.0f;
-                } else {
-                    opacity = static_cast<float>(vignette_ramp(v) * strength * entry.alpha / 255.0);
-                }
-            }
-            VokColorBlend(pixel, &entry, mode, opacity);
-        }
-    }
+    frame.k = spread == 0.0f ? 1e8f : 1.0f / spread;
+    frame.cx = (w >> 1) + vok::trunc_to<int64_t>(floor(0.5 + (w >> 1) * params->vignetteOffsetX));
+    frame.cy = (h >> 1) + vok::trunc_to<int64_t>(floor(0.5 + (h >> 1) * params->vignetteOffsetY));
+    frame.inv_w2 = 1.0f / static_cast<float>(static_cast<uint64_t>(w) * w);
+    frame.inv_h2 = 1.0f / static_cast<float>(static_cast<uint64_t>(h) * h);
+    vok::with_float_blend_mode(mode, [&](auto m) {
+        paint<decltype(m)::value>(bitmap, *params, table, strength, frame);
+    });
     VokArrayFree(&storage);
 }
 

@@ -4,10 +4,12 @@
 #include "generators/gradient_internal.h"
 
 #include <math.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include <initializer_list>
 
+#include "color/color_internal.h"
 #include "core/numeric.h"
 
 namespace {
@@ -98,41 +100,56 @@ inline double wrap(double t, int32_t mode) {
     }
 }
 
+// Everything a row of the field needs: the fixed-point transform, the
+// shape parameters and the folding into table indices.
+struct FieldSetup {
+    uint32_t f0, f1, f3, f4, f5, f7;  // wrap as 32-bit two's complement
+    double unit;                      // 2^-fraction bits
+    uint32_t last;                    // last table index
+    const double *params;
+    int32_t wrap_mode;
+    bool invert;
+};
+
+// Table indices of one row of the field.
 template <int S>
-void render(VokBitmap *bitmap, const int32_t *f, const double *params, const VokColor *table,
-            uint32_t size, uint32_t bits, uint32_t mode, int32_t wrap_mode, bool invert,
-            bool replace_alpha) {
-    const double unit = ldexp(1.0, -static_cast<int>(bits));
-    const uint32_t last = size - 1;
-    // Fixed-point sums wrap as 32-bit two's complement.
-    const uint32_t f0 = static_cast<uint32_t>(f[0]), f1 = static_cast<uint32_t>(f[1]);
-    const uint32_t f3 = static_cast<uint32_t>(f[3]), f4 = static_cast<uint32_t>(f[4]);
-    const uint32_t f5 = static_cast<uint32_t>(f[5]), f7 = static_cast<uint32_t>(f[7]);
-    VokColor *pixel = reinterpret_cast<VokColor *>(bitmap->pixels);
-    for (uint32_t r = 0; r < bitmap->height; ++r) {
-        const uint32_t row_x = f1 * r + f3;
-        const uint32_t row_y = f5 * r + f7;
-        for (uint32_t c = 0; c < bitmap->width; ++c, ++pixel) {
-            const double x = static_cast<int32_t>(f0 * c + row_x) * unit;
-            const double y = static_cast<int32_t>(f4 * c + row_y) * unit;
-            double t = wrap(shape_value<S>(x, y, params), wrap_mode);
-            if (invert) t = 1.0 - t;
-            // Only an unknown wrap mode can leave [0, 1]; the index stays in the table.
-            uint32_t index = vok::trunc_to<uint32_t>(t * last);
-            if (index > last) index = last;
-            VokColorBlendEmbededAlpha(pixel, &table[index], mode);
-            if (replace_alpha) pixel->alpha = table[index].alpha;
-        }
+void shade_row(const FieldSetup &f, uint32_t r, uint32_t width, uint32_t *indices) {
+    const uint32_t row_x = f.f1 * r + f.f3;
+    const uint32_t row_y = f.f5 * r + f.f7;
+    for (uint32_t c = 0; c < width; ++c) {
+        const double x = static_cast<int32_t>(f.f0 * c + row_x) * f.unit;
+        const double y = static_cast<int32_t>(f.f4 * c + row_y) * f.unit;
+        double t = wrap(shape_value<S>(x, y, f.params), f.wrap_mode);
+        if (f.invert) t = 1.0 - t;
+        // Only an unknown wrap mode can leave [0, 1]; the index stays in the table.
+        const uint32_t index = vok::trunc_to<uint32_t>(t * f.last);
+        indices[c] = index < f.last ? index : f.last;
     }
 }
 
-using Renderer = void (*)(VokBitmap *, const int32_t *, const double *, const VokColor *,
-                          uint32_t, uint32_t, uint32_t, int32_t, bool, bool);
+using RowShader = void (*)(const FieldSetup &, uint32_t, uint32_t, uint32_t *);
 
-const Renderer kRenderers[] = {
-    render<kIdentity>, render<kLine>, render<kCircle>, render<kGaussian>, render<kSquare>,
-    render<kSquareRound>, render<kStardom>, render<kLobes>, render<kRingLobes>, render<kHeart>,
-    render<kStar>, render<kCrescent>, render<kSquiggly>, render<kZigzag>, render<kSpiral>};
+const RowShader kShaders[] = {
+    shade_row<kIdentity>, shade_row<kLine>, shade_row<kCircle>, shade_row<kGaussian>,
+    shade_row<kSquare>, shade_row<kSquareRound>, shade_row<kStardom>, shade_row<kLobes>,
+    shade_row<kRingLobes>, shade_row<kHeart>, shade_row<kStar>, shade_row<kCrescent>,
+    shade_row<kSquiggly>, shade_row<kZigzag>, shade_row<kSpiral>};
+
+// Row by row: the field's indices, then the blend under a mode fixed at
+// compile time.
+template <uint32_t Mode>
+void paint_rows(VokBitmap *bitmap, RowShader shade, const FieldSetup &field, const VokColor *table,
+                bool replace_alpha, uint32_t *indices) {
+    VokColor *pixel = reinterpret_cast<VokColor *>(bitmap->pixels);
+    for (uint32_t r = 0; r < bitmap->height; ++r) {
+        shade(field, r, bitmap->width, indices);
+        for (uint32_t c = 0; c < bitmap->width; ++c, ++pixel) {
+            const VokColor &entry = table[indices[c]];
+            vok::blend_embedded<Mode>(*pixel, entry);
+            if (replace_alpha) pixel->alpha = entry.alpha;
+        }
+    }
+}
 
 inline int32_t fixed_24(double v) { return vok::trunc_to<int32_t>(floor(v * 16777216.0)); }
 
@@ -157,11 +174,21 @@ void VokFlareApplyHelper(VokBitmap *bitmap, int32_t shape, const int32_t *transf
                          const double *params, const VokColor *table, uint32_t tableSize,
                          uint32_t fractionBits, uint32_t mode, int32_t wrapMode, uint8_t invert,
                          uint8_t replaceAlpha) {
-    if (tableSize == 0) return;
+    if (tableSize == 0 || bitmap->width == 0) return;
+    uint32_t *indices = static_cast<uint32_t *>(malloc(sizeof(uint32_t) * bitmap->width));
+    if (indices == nullptr) return;
+    const FieldSetup field = {
+        static_cast<uint32_t>(transform[0]), static_cast<uint32_t>(transform[1]),
+        static_cast<uint32_t>(transform[3]), static_cast<uint32_t>(transform[4]),
+        static_cast<uint32_t>(transform[5]), static_cast<uint32_t>(transform[7]),
+        ldexp(1.0, -static_cast<int>(fractionBits)), tableSize - 1, params, wrapMode, invert != 0};
     // Unknown shapes give t = 0 everywhere, like "identity".
-    const bool known = shape >= 0 && shape < static_cast<int32_t>(sizeof kRenderers / sizeof kRenderers[0]);
-    kRenderers[known ? shape : kIdentity](bitmap, transform, params, table, tableSize, fractionBits,
-                                          mode, wrapMode, invert != 0, replaceAlpha != 0);
+    const bool known = shape >= 0 && shape < static_cast<int32_t>(sizeof kShaders / sizeof kShaders[0]);
+    const RowShader shade = kShaders[known ? shape : kIdentity];
+    vok::with_blend_mode(mode, [&](auto m) {
+        paint_rows<decltype(m)::value>(bitmap, shade, field, table, replaceAlpha != 0, indices);
+    });
+    free(indices);
 }
 
 // The caller's gradient keeps the alpha multiplication, so applying one

@@ -89,10 +89,6 @@ TEST(IntegerBlend, ColorAndInterpolationModes) {
     VokColor dst = rgba(255, 0, 0, 77), grey = rgba(50, 50, 50, 255);
     VokColorBlendEmbededAlpha(&dst, &grey, kVokBlendColor);
     EXPECT_EQ(std::memcmp(&dst, "\x35\x35\x35\x4d", 4), 0);
-    VokColor mid = rgba(128, 128, 128), red = rgba(255, 0, 0, 255);
-    VokColorBlendColorEmbededAlpha(&mid, &red);  // keeps red's hue
-    EXPECT_GT(mid.red, 200);
-    EXPECT_LT(mid.green, 60);
 
     // c = 127 - 63 (cos dk + cos sk): 1 for two zeros, 253 for two 255s.
     VokColor d = rgba(0, 255, 0), s = rgba(0, 255, 255, 255);
@@ -142,23 +138,17 @@ TEST(Memo, MatchesDirectBlendingAndFillsLevelsOnce) {
         }
     }
     // Keyed by level only: a new source is ignored until the memo is
-    // initialised again, which clears the flags and leaves the tables.
+    // initialised again, which clears the flags.
+    const VokColor white = rgba(255, 255, 255, 1), black = rgba(0, 0, 0, 1);
     VokColorBlendInitMemozied(memo.get(), kVokBlendNormal);
-    const VokColor white = rgba(255, 255, 255), black = rgba(0, 0, 0);
     VokColor d = black;
     VokColorBlendMemoized(&d, &white, 255, memo.get());
-    d = black;
     VokColorBlendMemoized(&d, &black, 255, memo.get());
-    EXPECT_EQ(d.red, 255);
+    EXPECT_TRUE(VokColorCompare(&d, &white));
     VokColorBlendInitMemozied(memo.get(), kVokBlendNormal);
-    EXPECT_EQ(memo->filled[255], 0);
-    EXPECT_EQ(memo->tables[255][0][0], 255);
     VokColorBlendMemoized(&d, &black, 255, memo.get());
-    EXPECT_EQ(d.red, 0);
-}
-
-TEST(ColorCompare, AllFourBytesCount) {
-    VokColor a = rgba(1, 2, 3, 4), b = rgba(1, 2, 3, 4), c = rgba(1, 2, 3, 5);
-    EXPECT_EQ(VokColorCompare(&a, &b), 1);
-    EXPECT_EQ(VokColorCompare(&a, &c), 0);
+    EXPECT_TRUE(VokColorCompare(&d, &black));
+    EXPECT_FALSE(VokColorCompare(&d, &white));
+    d.alpha = 2;  // alpha counts in the comparison
+    EXPECT_FALSE(VokColorCompare(&d, &black));
 }

@@ -209,19 +209,6 @@ TEST(EffectRun, MalformedStepsFailWithTheirMessages) {
     EXPECT_TRUE(log.only("Run Processor failed: Processor node is not an object."));
 }
 
-TEST(BuiltinProcessors, OriginalIgnoresItsParameters) {
-    TestBitmap bitmap(2, 3);
-    bitmap.randomize(3);
-    const auto before = bitmap.bytes();
-    VokEffectParams params = default_params();
-    LogCapture log;
-    EXPECT_EQ(TESKRunOriginalProcessor(nullptr, bitmap.get(), &params), 1);
-    Effect effect(one_step("original", R"({"anything":[1,2]})"));
-    EXPECT_EQ(TESKRunEffect(effect.get(), bitmap.get(), &params), 1);
-    EXPECT_EQ(bitmap.bytes(), before);
-    EXPECT_TRUE(log.messages().empty());
-}
-
 TEST(BuiltinProcessors, LegacyChecksItsNameAndKnowsNoPresetYet) {
     TestBitmap bitmap(2, 2);
     bitmap.randomize(5);

@@ -234,9 +234,10 @@ TEST(ToolStroke, BrushPressureScalesTheRadius) {
     EXPECT_EQ(mask.at(17, 15).alpha, 0);
     tool.touch(50, 15);
     tool.draw(photo, mask, &lo, &hi);
-    // The last stamp (the midpoint 30) has radius 8 at full pressure.
-    expect_point(hi, 30 + 12, 15 + 12);
-    EXPECT_EQ(mask.at(30, 22).alpha, 255);
+    // The path ends on the midpoint 30 with the mean radius 4 * 1.25 = 5.
+    expect_point(hi, 30 + 9, 15 + 9);
+    EXPECT_GT(mask.at(30, 22).alpha, 0);  // 7 away: inside 5 + 3.44
+    EXPECT_EQ(mask.at(16, 22).alpha, 0);  // the radius is still about 3 there
 }
 
 TEST(ToolPreview, MixesThroughTheMaskWithAShift) {

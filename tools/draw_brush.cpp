@@ -1,7 +1,7 @@
 // The draw tool's brush: paints a stroke's new segments into the mask in the
 // stroke colour, stamp after stamp along the same smoothed path as the other
-// tools. A per-point pressure (the stroke's pointData) scales the radius,
-// changing smoothly from one touch point to the next.
+// tools. A per-point pressure (the stroke's pointData) scales the radius;
+// between touch points it changes linearly along the path.
 #include "vok/tools.h"
 
 #include <cmath>
@@ -18,6 +18,34 @@ double pressure(const VokToolStroke *stroke, int32_t i) {
     if (stroke->pointData == nullptr) return 1.0;
     const double p = stroke->pointData[i];
     return std::isfinite(p) && p >= 0.0 ? p : 1.0;
+}
+
+// The straight piece a segment's stamps lie along, with the radius at each
+// end. The path runs from touch point 0 to the midpoints of the following
+// pairs, so the radius at a midpoint is the mean of its two points' radii.
+struct Chord {
+    VokPoint from, to;
+    double from_radius, to_radius;
+
+    // Radius at the stamp position q, projected onto the chord.
+    double radius_at(VokPoint q) const {
+        const double dx = to.x - from.x, dy = to.y - from.y;
+        const double length2 = dx * dx + dy * dy;
+        double t = length2 > 0.0 ? ((q.x - from.x) * dx + (q.y - from.y) * dy) / length2 : 1.0;
+        t = t < 0.0 ? 0.0 : (t > 1.0 ? 1.0 : t);
+        return from_radius + (to_radius - from_radius) * t;
+    }
+};
+
+Chord segment_chord(const VokToolStroke *stroke, int32_t i) {
+    const VokPoint *p = stroke->points;
+    auto radius = [stroke](int32_t k) { return stroke->radius * pressure(stroke, k); };
+    auto mid = [p](int32_t k) {
+        return VokPoint{(p[k].x + p[k + 1].x) * 0.5f, (p[k].y + p[k + 1].y) * 0.5f};
+    };
+    const double end_radius = (radius(i - 1) + radius(i)) * 0.5;
+    if (i == 1) return {p[0], mid(0), radius(0), end_radius};
+    return {mid(i - 2), mid(i - 1), (radius(i - 2) + radius(i - 1)) * 0.5, end_radius};
 }
 
 struct Painter {
@@ -52,21 +80,18 @@ void VokDrawToolDrawStrokeSegment(const VokBitmap *, VokBitmap *mask, const VokT
         return;
     Painter painter{mask, stroke, params->strength};
     for (int32_t i = stroke->firstIndex < 0 ? 0 : stroke->firstIndex; i < stroke->count; ++i) {
-        const double here = stroke->radius * pressure(stroke, i);
         if (i == 0) {
-            painter.stamp(stroke->points[0], here);
+            painter.stamp(stroke->points[0], stroke->radius * pressure(stroke, 0));
             continue;
         }
-        const double before = stroke->radius * pressure(stroke, i - 1);
+        const Chord chord = segment_chord(stroke, i);
         // Spaced for the thinner end so that the line stays continuous.
-        const float spacing_radius = static_cast<float>(fmin(fabs(before), fabs(here)));
+        const float spacing_radius =
+            static_cast<float>(fmin(fabs(chord.from_radius), fabs(chord.to_radius)));
         VokPoint *list = nullptr;
         int32_t n = 0;
         vok::interpolate_stroke_point(stroke, i, spacing_radius, 1, &list, &n);
-        for (int32_t k = 0; k < n; ++k) {
-            const double t = static_cast<double>(k + 1) / n;
-            painter.stamp(list[k], before + (here - before) * t);
-        }
+        for (int32_t k = 0; k < n; ++k) painter.stamp(list[k], chord.radius_at(list[k]));
         free(list);
     }
     if (!painter.painted) return;

@@ -11,6 +11,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE BOTH)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
 set(ENV{PKG_CONFIG_LIBDIR} "/usr/lib/arm-linux-gnueabihf/pkgconfig:/usr/share/pkgconfig")
-# Android's ARM targets use NEON with hard floats.
+# Android's ARM targets use NEON with hard floats. -Wno-psabi: GCC notes that
+# passing some std:: iterators changed in GCC 7.1; everything here is built by
+# one compiler, so the notes only bury real warnings.
 set(CMAKE_C_FLAGS_INIT "-mfpu=neon -mfloat-abi=hard")
-set(CMAKE_CXX_FLAGS_INIT "-mfpu=neon -mfloat-abi=hard")
+set(CMAKE_CXX_FLAGS_INIT "-mfpu=neon -mfloat-abi=hard -Wno-psabi")
