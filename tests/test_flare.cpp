@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "support/bitmaps.h"
+#include "support/log_capture.h"
 #include "vok/color.h"
 #include "vok/generators.h"
 
@@ -78,7 +79,11 @@ TEST(Flare, UnknownTypesAndEmptyFlaresLeaveTheImage) {
     bitmap.randomize(5);
     const std::vector<uint8_t> before = bitmap.bytes();
     const VokColor white = rgba(255, 255, 255);
-    EXPECT_EQ(0, VokFlare(bitmap.get(), 0.5f, white, 8, 0.5f, 0.5f, 1, 1, 0, 1.0));
+    {
+        vok_test::LogCapture log;
+        EXPECT_EQ(0, VokFlare(bitmap.get(), 0.5f, white, 8, 0.5f, 0.5f, 1, 1, 0, 1.0));
+        EXPECT_TRUE(log.only("Flare type 8 is not available.", 3));
+    }
     EXPECT_EQ(0, VokFlare(bitmap.get(), 0.5f, white, kVokFlareTypeCount, 0.5f, 0.5f, 1, 1, 0, 1.0));
     EXPECT_EQ(1, VokFlare(bitmap.get(), 0.5f, rgba(255, 255, 255, 0), 1, 0.5f, 0.5f, 1, 1, 0, 1.0));
     EXPECT_EQ(1, VokFlare(bitmap.get(), 0.0f, white, 1, 0.5f, 0.5f, 1, 1, 0, 1.0));
