@@ -61,6 +61,27 @@ TEST(HistMap, TransformAndIntensityMap) {
     EXPECT_EQ(std::memcmp(pixels.get()->pixels, "\xb8\x23\x09\x03\x00\x7f\x09\x04", 8), 0);
 }
 
+// Large bitmaps blend through a table of channel pairs; it must agree with
+// the float family pixel by pixel in every mode.
+TEST(HistMap, IntensityMapOnLargeBitmapsMatchesThePerPixelBlend) {
+    const VokHistMap map = sample_map();
+    for (VokBlendMode mode = 0; mode <= 7; ++mode) {
+        TestBitmap bitmap(512, 256);
+        bitmap.randomize(mode);
+        TestBitmap expected(bitmap);
+        for (uint32_t y = 0; y < 256; ++y)
+            for (uint32_t x = 0; x < 512; ++x) {
+                VokColor &c = expected.at(x, y);
+                const float lum = 0.212671f * c.red + 0.71516f * c.green + 0.072169f * c.blue;
+                const int level = lum > 254.5f ? 255 : static_cast<int>(double{lum} + 0.5);
+                const VokColor mapped = rgba(map.table[0][level], map.table[1][level], map.table[2][level]);
+                VokColorBlend(&c, &mapped, mode, 0.7f);
+            }
+        VokBitmapIntensityMap(bitmap.get(), &map, mode, 0.7);
+        ASSERT_EQ(bitmap.bytes(), expected.bytes()) << "mode " << mode;
+    }
+}
+
 TEST(HistMap, FadeComposeAndInvert) {
     VokHistMap map = sample_map(), same, faded, identity;
     VokHistMapSetIdentity(&identity);

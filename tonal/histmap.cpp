@@ -1,5 +1,6 @@
 // Histogram maps: per-channel 256-entry tables, their algebra, and their
 // application to a bitmap directly or through the pixel's luminance.
+#include <cstdlib>
 #include <cstring>
 
 #include "color/color_internal.h"
@@ -7,6 +8,41 @@
 #include "vok/tonal.h"
 
 using namespace vok;
+
+namespace {
+
+inline uint32_t luminance_level(const VokColor &c) {
+    const float y = 0.212671f * c.red + 0.71516f * c.green + 0.072169f * c.blue;
+    return y > 254.5f ? 255 : trunc_to<uint32_t>(static_cast<double>(y) + 0.5);
+}
+
+// From this many pixels on, a 64 KB table of every (source, destination)
+// channel pair pays for the 65536 blends that fill it.
+constexpr size_t kPairTablePixels = size_t{1} << 17;
+
+// Modes whose channel result depends on that channel's pair alone.
+template <uint32_t Mode>
+constexpr bool blends_per_channel = Mode < kFloatBlendModeCount && Mode != kVokBlendColor;
+
+// Blends through table[s][d]; false when the table cannot be had.
+template <uint32_t Mode>
+bool intensity_map_by_pairs(VokColor *p, size_t n, const VokHistMap *map, float o) {
+    uint8_t(*table)[256] = static_cast<uint8_t(*)[256]>(malloc(256 * 256));
+    if (table == nullptr) return false;
+    for (int s = 0; s < 256; ++s)
+        for (int d = 0; d < 256; ++d) table[s][d] = byte_trunc_clamp(blend_float_value<Mode>(d, s, o));
+    for (size_t i = 0; i < n; ++i) {
+        VokColor &c = p[i];
+        const uint32_t level = luminance_level(c);
+        c.red = table[map->table[0][level]][c.red];
+        c.green = table[map->table[1][level]][c.green];
+        c.blue = table[map->table[2][level]][c.blue];
+    }
+    free(table);
+    return true;
+}
+
+}  // namespace
 
 extern "C" {
 
@@ -20,6 +56,7 @@ void VokBitmapHistogramTransform(VokBitmap *bitmap, const VokHistMap *map) {
     }
 }
 
+
 // The map works as a gradient map indexed by the pixel's luminance; the
 // looked-up colour is then blended over the pixel by the float family.
 void VokBitmapIntensityMap(VokBitmap *bitmap, const VokHistMap *map, VokBlendMode mode,
@@ -28,12 +65,13 @@ void VokBitmapIntensityMap(VokBitmap *bitmap, const VokHistMap *map, VokBlendMod
     VokColor *p = pixels_of(bitmap);
     const size_t n = pixel_count(bitmap);
     with_float_blend_mode(mode, [&](auto m) {
+        constexpr uint32_t M = decltype(m)::value;
+        if constexpr (blends_per_channel<M>)
+            if (n >= kPairTablePixels && intensity_map_by_pairs<M>(p, n, map, o)) return;
         for (size_t i = 0; i < n; ++i) {
-            VokColor &c = p[i];
-            const float y = 0.212671f * c.red + 0.71516f * c.green + 0.072169f * c.blue;
-            const uint32_t level = y > 254.5f ? 255 : trunc_to<uint32_t>(static_cast<double>(y) + 0.5);
+            const uint32_t level = luminance_level(p[i]);
             const VokColor mapped = {map->table[0][level], map->table[1][level], map->table[2][level], 255};
-            blend_float<decltype(m)::value>(c, mapped, o);
+            blend_float<M>(p[i], mapped, o);
         }
     });
 }
