@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <type_traits>
 #include <utility>
 
@@ -145,6 +146,37 @@ inline void blend_embedded(VokColor &destination, const VokColor &source) {
         destination.green = blend_channel<Mode, 1>(destination.green, source.green, a);
         destination.blue = blend_channel<Mode, 2>(destination.blue, source.blue, a);
     }
+}
+
+// Modes whose blend value costs more than a look-up (branches, divisions,
+// long products). Over large bitmaps they read B(d, s) from a table instead.
+template <uint32_t Mode>
+constexpr bool has_value_table = Mode == kVokBlendSoft || Mode == kVokBlendHard ||
+                                 (Mode >= kVokBlendColorDodge && Mode <= kVokBlendSoftBurn) ||
+                                 (Mode >= kVokBlendReflect && Mode <= kVokBlendHeat);
+
+// From this many pixels on, a 64 KB table of every channel pair pays for
+// the 65536 evaluations that fill it.
+constexpr size_t kPairTablePixels = size_t{1} << 17;
+
+// value[s][d] = B(d, s); allocated with malloc, null when that fails.
+template <uint32_t Mode>
+uint8_t (*make_value_table())[256] {
+    auto table = static_cast<uint8_t(*)[256]>(malloc(256 * 256));
+    if (table != nullptr)
+        for (int s = 0; s < 256; ++s)
+            for (int d = 0; d < 256; ++d) table[s][d] = static_cast<uint8_t>(blend_value<Mode, 0>(d, s));
+    return table;
+}
+
+// blend_embedded for the table modes, reading B from the table.
+inline void blend_embedded_by_table(VokColor &destination, const VokColor &source, const uint8_t (*value)[256]) {
+    const int32_t a = source.alpha;
+    if (a == 0) return;
+    auto mix = [a](int32_t b, int32_t d) { return static_cast<uint8_t>((b * a + d * (255 - a) + 255) >> 8); };
+    destination.red = mix(value[source.red][destination.red], destination.red);
+    destination.green = mix(value[source.green][destination.green], destination.green);
+    destination.blue = mix(value[source.blue][destination.blue], destination.blue);
 }
 
 // ---- Float family (separate opacity) -------------------------------------------

@@ -97,14 +97,21 @@ void VokBitmapBlendBitmap(VokBitmap *destination, const VokBitmap *source, VokBl
     for (int a = 0; a < 256; ++a) alpha_of[a] = static_cast<uint8_t>(trunc_to<uint32_t>(a * opacity) & 255);
     with_blend_mode(mode, [&](auto mode_constant) {
         constexpr uint32_t M = decltype(mode_constant)::value;
+        uint8_t(*value)[256] = nullptr;
+        if constexpr (has_value_table<M>)
+            if (static_cast<size_t>(rows) * cols >= kPairTablePixels) value = make_value_table<M>();
         for (uint32_t y = 0; y < rows; ++y) {
             VokColor *d = pixels_of(destination) + static_cast<size_t>(y) * destination->width;
             const VokColor *s = pixels_of(source) + static_cast<size_t>(y) * source->width;
             for (size_t x = blend_bitmap_row_vector<M>(d, s, cols, opacity); x < cols; ++x) {
                 const VokColor c = {s[x].red, s[x].green, s[x].blue, alpha_of[s[x].alpha]};
-                blend_embedded<M>(d[x], c);
+                if (value != nullptr)
+                    blend_embedded_by_table(d[x], c, value);
+                else
+                    blend_embedded<M>(d[x], c);
             }
         }
+        free(value);
     });
 }
 

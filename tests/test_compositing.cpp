@@ -45,6 +45,22 @@ TEST(BlendBitmap, EveryModeMatchesThePerPixelBlendOverTheOverlap) {
         }
 }
 
+// Large overlaps read the dearer blend values from a table of channel pairs.
+TEST(BlendBitmap, LargeOverlapsMatchThePerPixelBlend) {
+    for (VokBlendMode mode : {6u, 11u, 16u, 18u, 19u, 21u, 25u, 26u, 27u, 28u}) {
+        TestBitmap destination = boundary_bitmap(512, 257, mode), source = boundary_bitmap(513, 256, mode + 1);
+        TestBitmap expected(destination);
+        for (uint32_t y = 0; y < 256; ++y)
+            for (uint32_t x = 0; x < 512; ++x) {
+                VokColor s = source.at(x, y);
+                s.alpha = static_cast<uint8_t>(static_cast<uint32_t>(s.alpha * 0.9f));
+                VokColorBlendEmbededAlpha(&expected.at(x, y), &s, mode);
+            }
+        VokBitmapBlendBitmap(destination.get(), source.get(), mode, 0.9f);
+        ASSERT_EQ(destination.bytes(), expected.bytes()) << "mode " << mode;
+    }
+}
+
 TEST(BlendBitmapSeparate, WeightedSumOverTheOverlap) {
     TestBitmap destination(3, 2), source(2, 3);
     destination.fill(rgba(100, 200, 7, 50));

@@ -16,10 +16,6 @@ inline uint32_t luminance_level(const VokColor &c) {
     return y > 254.5f ? 255 : trunc_to<uint32_t>(static_cast<double>(y) + 0.5);
 }
 
-// From this many pixels on, a 64 KB table of every (source, destination)
-// channel pair pays for the 65536 blends that fill it.
-constexpr size_t kPairTablePixels = size_t{1} << 17;
-
 // Modes whose channel result depends on that channel's pair alone.
 template <uint32_t Mode>
 constexpr bool blends_per_channel = Mode < kFloatBlendModeCount && Mode != kVokBlendColor;
