@@ -13,7 +13,7 @@
 #include "vok/color.h"
 
 #if defined(__SSE2__)
-#include <emmintrin.h>
+#include <immintrin.h>
 #elif defined(__ARM_NEON)
 #include <arm_neon.h>
 #endif
@@ -62,6 +62,62 @@ inline __m128i blend_pair_sse2(__m128i d, __m128i s, __m128i a) {
     return _mm_srli_epi16(_mm_add_epi16(sum, c255), 8);
 }
 
+// The same on 8 pixels with AVX2, for processors that have it (checked once
+// per row). Every operation works within 128-bit lanes, so each lane is the
+// SSE2 computation on its own 4 pixels.
+template <uint32_t Mode>
+__attribute__((target("avx2"))) inline __m256i blend_value_avx2(__m256i d, __m256i s) {
+    const __m256i c255 = _mm256_set1_epi16(255);
+    const __m256i c65025 = _mm256_set1_epi16(static_cast<short>(65025));
+    if constexpr (Mode == kVokBlendMultiply) return _mm256_srli_epi16(_mm256_mullo_epi16(s, d), 8);
+    if constexpr (Mode == kVokBlendScreen)
+        return _mm256_srli_epi16(
+            _mm256_sub_epi16(c65025, _mm256_mullo_epi16(_mm256_sub_epi16(c255, s), _mm256_sub_epi16(c255, d))), 8);
+    if constexpr (Mode == kVokBlendOverlay) {
+        const __m256i inverse =
+            _mm256_slli_epi16(_mm256_mullo_epi16(_mm256_sub_epi16(c255, d), _mm256_sub_epi16(c255, s)), 1);
+        const __m256i screen = _mm256_srli_epi16(_mm256_sub_epi16(c65025, inverse), 8);
+        const __m256i multiply = _mm256_srli_epi16(_mm256_slli_epi16(_mm256_mullo_epi16(d, s), 1), 8);
+        return _mm256_blendv_epi8(multiply, screen, _mm256_cmpgt_epi16(d, _mm256_set1_epi16(127)));
+    }
+    return s;
+}
+
+template <uint32_t Mode>
+__attribute__((target("avx2"))) inline __m256i blend_pair_avx2(__m256i d, __m256i s, __m256i a) {
+    const __m256i c255 = _mm256_set1_epi16(255);
+    const __m256i b = blend_value_avx2<Mode>(d, s);
+    const __m256i sum = _mm256_add_epi16(_mm256_mullo_epi16(b, a), _mm256_mullo_epi16(d, _mm256_sub_epi16(c255, a)));
+    return _mm256_srli_epi16(_mm256_add_epi16(sum, c255), 8);
+}
+
+template <uint32_t Mode>
+__attribute__((target("avx2"))) size_t blend_bitmap_row_avx2(VokColor *destination, const VokColor *source,
+                                                              size_t n, float opacity) {
+    const __m256 o = _mm256_set1_ps(opacity);
+    const __m256i zero = _mm256_setzero_si256();
+    const __m256i alpha_mask = _mm256_set1_epi32(static_cast<int>(0xff000000u));
+    const __m256i low_byte = _mm256_set1_epi32(255);
+    size_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m256i s = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(source + i));
+        const __m256i d = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(destination + i));
+        const __m256 source_alpha = _mm256_cvtepi32_ps(_mm256_srli_epi32(s, 24));
+        __m256i a = _mm256_and_si256(_mm256_cvttps_epi32(_mm256_mul_ps(source_alpha, o)), low_byte);
+        a = _mm256_or_si256(a, _mm256_slli_epi32(a, 16));
+        const __m256i lo = blend_pair_avx2<Mode>(_mm256_unpacklo_epi8(d, zero), _mm256_unpacklo_epi8(s, zero),
+                                                 _mm256_unpacklo_epi32(a, a));
+        const __m256i hi = blend_pair_avx2<Mode>(_mm256_unpackhi_epi8(d, zero), _mm256_unpackhi_epi8(s, zero),
+                                                 _mm256_unpackhi_epi32(a, a));
+        const __m256i mixed = _mm256_packus_epi16(lo, hi);
+        _mm256_storeu_si256(reinterpret_cast<__m256i *>(destination + i),
+                            _mm256_blendv_epi8(mixed, d, alpha_mask));
+    }
+    return i;
+}
+
+inline bool have_avx2() { return __builtin_cpu_supports("avx2"); }
+
 // A source row over a destination row, 4 pixels at a time. A zero alpha
 // needs no early return here: d 255 + 255 >> 8 is d again.
 template <uint32_t Mode>
@@ -74,7 +130,7 @@ inline size_t blend_bitmap_row_vector(VokColor *destination, const VokColor *sou
         const __m128i zero = _mm_setzero_si128();
         const __m128i alpha_mask = _mm_set1_epi32(static_cast<int>(0xff000000u));
         const __m128i low_byte = _mm_set1_epi32(255);
-        size_t i = 0;
+        size_t i = have_avx2() ? blend_bitmap_row_avx2<Mode>(destination, source, n, opacity) : 0;
         for (; i + 4 <= n; i += 4) {
             const __m128i s = _mm_loadu_si128(reinterpret_cast<const __m128i *>(source + i));
             const __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i *>(destination + i));
@@ -108,12 +164,48 @@ inline __m128i byte_round_unsaturated_sse2(__m128 x) {
     return _mm_sub_epi32(t, up);  // up is -1 where the fraction reaches one half
 }
 
+// The matrix row on 8 pixels with AVX2, lane by lane as in the SSE2 form.
+__attribute__((target("avx2"))) inline __m256i byte_round_unsaturated_avx2(__m256 x) {
+    const __m256 capped = _mm256_min_ps(_mm256_set1_ps(256.0f), x);
+    const __m256i t = _mm256_cvttps_epi32(capped);
+    const __m256 fraction = _mm256_sub_ps(capped, _mm256_cvtepi32_ps(t));
+    const __m256i up = _mm256_castps_si256(_mm256_cmp_ps(fraction, _mm256_set1_ps(0.5f), _CMP_GE_OQ));
+    return _mm256_sub_epi32(t, up);
+}
+
+__attribute__((target("avx2"))) inline size_t matrix_row_avx2(VokColor *pixels, size_t n, const float *m) {
+    __m256 k[12];
+    for (int i = 0; i < 12; ++i) k[i] = _mm256_set1_ps(m[i]);
+    const __m256i low_byte = _mm256_set1_epi32(255);
+    size_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m256i p = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(pixels + i));
+        const __m256 r = _mm256_cvtepi32_ps(_mm256_and_si256(p, low_byte));
+        const __m256 g = _mm256_cvtepi32_ps(_mm256_and_si256(_mm256_srli_epi32(p, 8), low_byte));
+        const __m256 b = _mm256_cvtepi32_ps(_mm256_and_si256(_mm256_srli_epi32(p, 16), low_byte));
+        __m256i channel[3];
+        for (int row = 0; row < 3; ++row) {
+            const __m256 *w = k + 4 * row;
+            const __m256 x = _mm256_add_ps(
+                _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(w[0], r), _mm256_mul_ps(w[1], g)), _mm256_mul_ps(w[2], b)),
+                w[3]);
+            channel[row] = byte_round_unsaturated_avx2(x);
+        }
+        const __m256i planar = _mm256_packus_epi16(_mm256_packs_epi32(channel[0], channel[1]),
+                                                   _mm256_packs_epi32(channel[2], _mm256_srli_epi32(p, 24)));
+        const __m256i pairs = _mm256_unpacklo_epi8(planar, _mm256_srli_si256(planar, 8));
+        _mm256_storeu_si256(reinterpret_cast<__m256i *>(pixels + i),
+                            _mm256_unpacklo_epi8(pairs, _mm256_srli_si256(pairs, 8)));
+    }
+    return i;
+}
+
 // A general colour matrix over 4 pixels; alpha bytes are kept.
 inline size_t matrix_row_vector(VokColor *pixels, size_t n, const float *m) {
     __m128 k[12];
     for (int i = 0; i < 12; ++i) k[i] = _mm_set1_ps(m[i]);
     const __m128i low_byte = _mm_set1_epi32(255);
-    size_t i = 0;
+    size_t i = have_avx2() ? matrix_row_avx2(pixels, n, m) : 0;
     for (; i + 4 <= n; i += 4) {
         const __m128i p = _mm_loadu_si128(reinterpret_cast<const __m128i *>(pixels + i));
         const __m128 r = _mm_cvtepi32_ps(_mm_and_si128(p, low_byte));

@@ -23,12 +23,15 @@ VokColor image_of(const VokColorMatrix &matrix, const VokColor &c, uint8_t alpha
             to_byte(m[8] * r + m[9] * g + m[10] * b + m[11]), alpha};
 }
 
-// Random pixels with every boundary channel value mixed in.
+// Random pixels with every boundary channel value mixed in; 205 pixels run
+// the 8- and 4-pixel vector rows and a scalar tail.
+constexpr uint32_t kWidth = 41, kPixels = 205;
+
 TestBitmap boundary_bitmap(uint32_t seed) {
-    TestBitmap bitmap(16, 12);
+    TestBitmap bitmap(kWidth, kPixels / kWidth);
     bitmap.randomize(seed);
     const uint8_t edges[] = {0, 1, 126, 127, 128, 129, 254, 255};
-    for (uint32_t i = 0; i < 64; ++i) bitmap.at(i % 16, i / 16) = rgba(edges[i % 8], edges[i / 8], edges[i * 3 % 8], edges[i % 7]);
+    for (uint32_t i = 0; i < 64; ++i) bitmap.at(i % kWidth, i / kWidth) = rgba(edges[i % 8], edges[i / 8], edges[i * 3 % 8], edges[i % 7]);
     return bitmap;
 }
 
@@ -74,9 +77,9 @@ TEST(ColorMatrixTransform, ByteConversionOnBothPaths) {
             VokColorMatrix m = {{0, cross, 0, offsets[k][0], 0, 0, 0, offsets[k][1], 0, 0, 0, offsets[k][2]}};
             TestBitmap b(original);
             VokBitmapColorMatrixTransform(b.get(), &m);
-            for (uint32_t i = 0; i < 192; ++i) {
-                ASSERT_EQ(std::memcmp(&b.at(i % 16, i / 16), expected[k], 3), 0) << k << " " << cross;
-                ASSERT_EQ(b.at(i % 16, i / 16).alpha, original.at(i % 16, i / 16).alpha);
+            for (uint32_t i = 0; i < kPixels; ++i) {
+                ASSERT_EQ(std::memcmp(&b.at(i % kWidth, i / kWidth), expected[k], 3), 0) << k << " " << cross;
+                ASSERT_EQ(b.at(i % kWidth, i / kWidth).alpha, original.at(i % kWidth, i / kWidth).alpha);
             }
         }
     }
@@ -90,18 +93,18 @@ TEST(ColorMatrixTransform, EveryPathMatchesThePerPixelRule) {
     for (const VokColorMatrix *m : {&diagonal, &general}) {
         TestBitmap plain = boundary_bitmap(2), original(plain);
         VokBitmapColorMatrixTransform(plain.get(), m);
-        for (uint32_t i = 0; i < 192; ++i) {
-            const VokColor &o = original.at(i % 16, i / 16);
+        for (uint32_t i = 0; i < kPixels; ++i) {
+            const VokColor &o = original.at(i % kWidth, i / kWidth);
             const VokColor e = image_of(*m, o, o.alpha);
-            ASSERT_EQ(std::memcmp(&plain.at(i % 16, i / 16), &e, 4), 0) << i;
+            ASSERT_EQ(std::memcmp(&plain.at(i % kWidth, i / kWidth), &e, 4), 0) << i;
         }
         // Opacity 2 wraps: 510 & 255 = 254; opacity 0 changes nothing.
         for (float opacity : {1.0f, 0.8313f, 2.0f, 0.0f})
             for (VokBlendMode mode = 0; mode <= 30; ++mode) {
                 TestBitmap bitmap = boundary_bitmap(mode + 3), expected(bitmap);
                 const uint8_t alpha = static_cast<uint8_t>(static_cast<uint32_t>(opacity * 255.0f) & 255);
-                for (uint32_t i = 0; i < 192; ++i) {
-                    VokColor &e = expected.at(i % 16, i / 16);
+                for (uint32_t i = 0; i < kPixels; ++i) {
+                    VokColor &e = expected.at(i % kWidth, i / kWidth);
                     const VokColor image = image_of(*m, e, alpha);
                     VokColorBlendEmbededAlpha(&e, &image, mode);
                 }

@@ -26,14 +26,14 @@ TestBitmap boundary_bitmap(uint32_t width, uint32_t height, uint32_t seed) {
 }  // namespace
 
 // The per-mode loops and vector rows against the single-colour rule. An
-// overlap of 11 columns covers 4- and 8-pixel rows with a scalar tail.
+// overlap of 15 columns covers 8- and 4-pixel rows with a scalar tail.
 TEST(BlendBitmap, EveryModeMatchesThePerPixelBlendOverTheOverlap) {
     for (VokBlendMode mode = 0; mode <= 30; ++mode)
         for (float opacity : {1.0f, 0.37f, 1.5f, -0.5f, 0.0f}) {
-            TestBitmap destination = boundary_bitmap(13, 5, mode), source = boundary_bitmap(11, 6, mode + 100);
+            TestBitmap destination = boundary_bitmap(17, 5, mode), source = boundary_bitmap(15, 6, mode + 100);
             TestBitmap expected(destination);
             for (uint32_t y = 0; y < 5; ++y)
-                for (uint32_t x = 0; x < 11; ++x) {
+                for (uint32_t x = 0; x < 15; ++x) {
                     // trunc(alpha * opacity), saturating at 0, low 8 bits: 1.5 wraps.
                     VokColor s = source.at(x, y);
                     const float a = s.alpha * opacity;
