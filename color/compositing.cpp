@@ -63,11 +63,32 @@ inline MaskAxis mask_axis(double p, uint32_t size) {
     return axis;
 }
 
-inline double mask_opacity(const VokBitmap *mask, const MaskAxis &x, const MaskAxis &y) {
-    const VokColor *row0 = pixels_of(mask) + static_cast<size_t>(y.i0) * mask->width;
-    const VokColor *row1 = pixels_of(mask) + static_cast<size_t>(y.i1) * mask->width;
-    const double top = row0[x.i0].alpha * (1.0 - x.f) + row0[x.i1].alpha * x.f;
-    const double bottom = row1[x.i0].alpha * (1.0 - x.f) + row1[x.i1].alpha * x.f;
+// The two mask rows a destination row interpolates between.
+struct MaskRows {
+    const VokColor *top, *bottom;
+};
+
+inline MaskRows mask_rows(const VokBitmap *mask, const MaskAxis &y) {
+    return {pixels_of(mask) + static_cast<size_t>(y.i0) * mask->width,
+            pixels_of(mask) + static_cast<size_t>(y.i1) * mask->width};
+}
+
+// No coverage at any of the four corners: the opacity is exactly 0.
+inline bool mask_cell_clear(const MaskRows &rows, const MaskAxis &x) {
+    return (rows.top[x.i0].alpha | rows.top[x.i1].alpha | rows.bottom[x.i0].alpha |
+            rows.bottom[x.i1].alpha) == 0;
+}
+
+// No coverage on either row anywhere in [first, last].
+inline bool mask_span_clear(const MaskRows &rows, uint32_t first, uint32_t last) {
+    uint32_t any = 0;
+    for (uint32_t x = first; x <= last; ++x) any |= rows.top[x].alpha | rows.bottom[x].alpha;
+    return any == 0;
+}
+
+inline double mask_opacity(const MaskRows &rows, const MaskAxis &x, const MaskAxis &y) {
+    const double top = rows.top[x.i0].alpha * (1.0 - x.f) + rows.top[x.i1].alpha * x.f;
+    const double bottom = rows.bottom[x.i0].alpha * (1.0 - x.f) + rows.bottom[x.i1].alpha * x.f;
     return (top * (1.0 - y.f) + bottom * y.f) * 0.00392156862745098;
 }
 
@@ -182,17 +203,34 @@ void VokBitmapBlendBitmapMask(VokBitmap *destination, const VokBitmap *base, con
             const uint32_t count = min_u32(kBlock, W - bx);
             for (uint32_t j = 0; j < count; ++j)
                 columns[j] = mask_axis(inverse.a * (bx + j) + inverse.b * 0.0 + inverse.tx, mask->width);
+            // The mask columns this block reads; positions grow with the column.
+            const uint32_t span_first = columns[0].i0, span_last = columns[count - 1].i1;
+            uint32_t cached_top = UINT32_MAX, cached_bottom = UINT32_MAX;
+            bool span_clear = false;
             for (uint32_t y = 0; y < destination->height; ++y) {
                 const MaskAxis row = mask_axis(inverse.c * 0.0 + inverse.d * y + inverse.ty, mask->height);
                 if (row.outside) continue;
+                const MaskRows rows = mask_rows(mask, row);
+                // A normal blend at opacity 1 reproduces the base exactly,
+                // so the base is simply copied. At opacity 0 every mode below
+                // 7 gives the base back too (0 x s adds nothing and the + 0.5
+                // truncates away), so uncovered pixels skip the blend, and an
+                // uncovered row blended in place is skipped altogether.
+                if (M < kFloatBlendModeCount && (row.i0 != cached_top || row.i1 != cached_bottom)) {
+                    cached_top = row.i0;
+                    cached_bottom = row.i1;
+                    span_clear = mask_span_clear(rows, span_first, span_last);
+                }
+                if (span_clear && d == b) continue;
                 const size_t start = static_cast<size_t>(y) * W + bx;
                 for (uint32_t j = 0; j < count; ++j) {
                     if (columns[j].outside) continue;
                     const size_t i = start + j;
-                    // A normal blend at opacity 1 reproduces the base exactly,
-                    // so the base is simply copied.
+                    const bool clear =
+                        M < kFloatBlendModeCount && (span_clear || mask_cell_clear(rows, columns[j]));
+                    if (clear && d == b) continue;
                     VokColor mixed = b[i];
-                    blend_float<M>(mixed, l[i], static_cast<float>(mask_opacity(mask, columns[j], row)));
+                    if (!clear) blend_float<M>(mixed, l[i], static_cast<float>(mask_opacity(rows, columns[j], row)));
                     d[i].red = mixed.red;
                     d[i].green = mixed.green;
                     d[i].blue = mixed.blue;
