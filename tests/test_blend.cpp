@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <random>
+#include <utility>
 
 #include "support/bitmaps.h"
 #include "vok/color.h"
@@ -22,10 +23,7 @@ struct Case {
 // the integer family. The destination's alpha must survive.
 uint8_t blend_grey(const Case &c, bool integer) {
     VokColor dst = rgba(c.d, c.d, c.d, 17), src = rgba(c.s, c.s, c.s, 255);
-    if (integer)
-        VokColorBlendEmbededAlpha(&dst, &src, c.mode);
-    else
-        VokColorBlend(&dst, &src, c.mode, c.opacity);
+    integer ? VokColorBlendEmbededAlpha(&dst, &src, c.mode) : VokColorBlend(&dst, &src, c.mode, c.opacity);
     EXPECT_EQ(dst.alpha, 17);
     return dst.red;
 }
@@ -34,22 +32,19 @@ uint8_t blend_grey(const Case &c, bool integer) {
 
 TEST(Blend, HandWorkedValuesAndThresholds) {
     const Case integer[] = {
-        {kVokBlendScreen, 255, 255, 254},    {kVokBlendMultiply, 255, 255, 254}, {kVokBlendSoft, 100, 200, 134},
-        {kVokBlendDarken, 90, 40, 40},       {kVokBlendLighten, 90, 40, 90},     {kVokBlendDifference, 50, 200, 150},
-        {kVokBlendNegation, 200, 100, 210},  {kVokBlendExclusion, 255, 255, 2},  {kVokBlendAdd, 200, 100, 255},
-        {kVokBlendSubtract, 200, 55, 0},     {kVokBlendSubtract, 201, 55, 1},    {kVokBlendStamp, 255, 0, 0},
-        {kVokBlendStamp, 0, 255, 255},       {kVokBlendStamp, 255, 128, 255},    {kVokBlendStamp, 100, 100, 45},
+        {kVokBlendScreen, 255, 255, 254},   {kVokBlendMultiply, 255, 255, 254}, {kVokBlendSoft, 100, 200, 134},      {kVokBlendDarken, 90, 40, 40},
+        {kVokBlendLighten, 90, 40, 90},     {kVokBlendDifference, 50, 200, 150}, {kVokBlendNegation, 200, 100, 210},  {kVokBlendExclusion, 255, 255, 2},
+        {kVokBlendAdd, 200, 100, 255},      {kVokBlendSubtract, 200, 55, 0},    {kVokBlendSubtract, 201, 55, 1},     {kVokBlendStamp, 255, 0, 0},
+        {kVokBlendStamp, 0, 255, 255},      {kVokBlendStamp, 255, 128, 255},    {kVokBlendStamp, 100, 100, 45},      {kVokBlendColorDodge, 100, 100, 164},
+        {kVokBlendColorDodge, 200, 100, 255}, {kVokBlendInvColorDodge, 100, 200, 255}, {kVokBlendSoftDodge, 200, 100, 157}, {kVokBlendSoftDodge, 50, 100, 41},
+        {kVokBlendSoftDodge, 0, 255, 127},  {kVokBlendColorBurn, 200, 100, 115}, {kVokBlendColorBurn, 100, 100, 0},    {kVokBlendInvColorBurn, 100, 200, 115},
+        {kVokBlendSoftBurn, 200, 100, 186}, {kVokBlendSoftBurn, 100, 50, 40},   {kVokBlendSoftBurn, 255, 0, 255},    {kVokBlendReflect, 100, 100, 64},
+        {kVokBlendGlow, 100, 100, 64},      {kVokBlendFreeze, 100, 200, 135},   {kVokBlendFreeze, 0, 100, 0},        {kVokBlendHeat, 200, 100, 135},
         // Overlay tests the destination against 127, hard light the source
         // against 126; s = 127 screens and wraps through & 255.
-        {kVokBlendOverlay, 127, 200, 198},   {kVokBlendOverlay, 128, 200, 199},  {kVokBlendHard, 0, 126, 0},
-        {kVokBlendHard, 0, 127, 255},        {kVokBlendColorDodge, 100, 100, 164}, {kVokBlendColorDodge, 200, 100, 255},
-        {kVokBlendInvColorDodge, 100, 200, 255}, {kVokBlendSoftDodge, 200, 100, 157}, {kVokBlendSoftDodge, 50, 100, 41},
-        {kVokBlendSoftDodge, 0, 255, 127},   {kVokBlendColorBurn, 200, 100, 115}, {kVokBlendColorBurn, 100, 100, 0},
-        {kVokBlendInvColorBurn, 100, 200, 115}, {kVokBlendSoftBurn, 200, 100, 186}, {kVokBlendSoftBurn, 100, 50, 40},
-        {kVokBlendSoftBurn, 255, 0, 255},    {kVokBlendReflect, 100, 100, 64},   {kVokBlendGlow, 100, 100, 64},
-        {kVokBlendFreeze, 100, 200, 135},    {kVokBlendFreeze, 0, 100, 0},       {kVokBlendHeat, 200, 100, 135},
-        // The two zero-by-zero pairs are guarded and give 255.
-        {kVokBlendReflect, 0, 255, 255},     {kVokBlendGlow, 255, 0, 255},
+        {kVokBlendOverlay, 127, 200, 198},  {kVokBlendOverlay, 128, 200, 199},  {kVokBlendHard, 0, 126, 0},          {kVokBlendHard, 0, 127, 255},
+        // The two zero-by-zero pairs are guarded and give 255; unknown modes blend black.
+        {kVokBlendReflect, 0, 255, 255},    {kVokBlendGlow, 255, 0, 255},       {29, 200, 100, 0},                   {0xffffffffu, 200, 100, 0},
     };
     const Case floating[] = {
         {kVokBlendNormal, 0, 255, 128, 0.5f},  {kVokBlendNormal, 0, 255, 255, 2.0f},  // only the final clamp
@@ -62,29 +57,22 @@ TEST(Blend, HandWorkedValuesAndThresholds) {
     for (const Case &c : floating) EXPECT_EQ(blend_grey(c, false), c.expected) << c.mode << ": " << +c.d << ", " << +c.s;
 }
 
-TEST(IntegerBlend, ChannelModesUnknownModesAndAlphaZero) {
-    VokColor dst = rgba(0, 255, 100, 40), src = rgba(255, 0, 100, 128);
-    VokColorBlendEmbededAlpha(&dst, &src, kVokBlendNormal);
-    EXPECT_EQ(dst, rgba(128, 127, 100, 40));  // the + 255 rounding
-    const VokColor rgb = rgba(10, 20, 30, 255);
-    for (VokBlendMode mode : {kVokBlendRed, kVokBlendGreen, kVokBlendBlue}) {
-        VokColor d = rgba(100, 100, 100);
-        VokColorBlendEmbededAlpha(&d, &rgb, mode);
-        EXPECT_EQ(d, rgba(mode == kVokBlendRed ? 10 : 100, mode == kVokBlendGreen ? 20 : 100, mode == kVokBlendBlue ? 30 : 100));
+TEST(IntegerBlend, ChannelModesAndAlphaZero) {
+    // (s a + d (255 - a) + 255) >> 8, the channel modes on their own channel.
+    const VokColor source = rgba(10, 20, 30, 128), rgb0 = rgba(10, 20, 30, 0);
+    const std::pair<VokBlendMode, VokColor> cases[] = {{kVokBlendNormal, rgba(55, 60, 65, 40)}, {kVokBlendRed, rgba(55, 100, 100, 40)},
+                                                       {kVokBlendGreen, rgba(100, 60, 100, 40)}, {kVokBlendBlue, rgba(100, 100, 65, 40)}};
+    for (const auto &[mode, expected] : cases) {
+        VokColor d = rgba(100, 100, 100, 40);
+        VokColorBlendEmbededAlpha(&d, &source, mode);
+        EXPECT_EQ(d, expected) << mode;
     }
-    for (VokBlendMode mode : {29u, 0xffffffffu}) {  // blend black: darken by the alpha
-        VokColor d = rgba(200, 150, 100, 9), half = rgba(1, 2, 3, 128);
-        VokColorBlendEmbededAlpha(&d, &half, mode);
-        EXPECT_EQ(d, rgba(100, 75, 50, 9)) << mode;
+    // Alpha 0 returns before the two modes whose arithmetic would still move d.
+    for (VokBlendMode mode : {kVokBlendColor, kVokBlendInterpolation}) {
+        VokColor d = rgba(200, 100, 50, 9);
+        VokColorBlendEmbededAlpha(&d, &rgb0, mode);
+        EXPECT_EQ(d, rgba(200, 100, 50, 9)) << mode;
     }
-    std::mt19937 engine(11);
-    for (VokBlendMode mode = 0; mode <= 30; ++mode)
-        for (int i = 0; i < 20; ++i) {
-            VokColor d = rgba(engine(), engine(), engine(), engine()), before = d;
-            const VokColor s = rgba(engine(), engine(), engine(), 0);
-            VokColorBlendEmbededAlpha(&d, &s, mode);
-            ASSERT_EQ(d, before) << "alpha 0 must return early, mode " << mode;
-        }
 }
 
 TEST(Blend, ColorAndInterpolationModes) {
@@ -107,7 +95,7 @@ TEST(Blend, ColorAndInterpolationModes) {
     EXPECT_EQ(d, rgba(0, 252, 126));
 }
 
-TEST(Memo, MatchesDirectBlendingAndFillsLevelsOnce) {
+TEST(Memo, MatchesDirectBlendingPerLevel) {
     auto memo = std::make_unique<VokBlendMemo>();
     std::mt19937 engine(3);
     for (VokBlendMode mode : {0u, 1u, 3u, 4u, 5u, 6u, 9u}) {
@@ -119,20 +107,15 @@ TEST(Memo, MatchesDirectBlendingAndFillsLevelsOnce) {
             VokColorBlend(&expected, &source, mode, level * 0.003921569f);
             VokColorBlendMemoized(&d, &source, level, memo.get());
             ASSERT_EQ(d, expected) << mode << " level " << level;
-            ASSERT_EQ(memo->filled[level], 1);
         }
     }
-    // Keyed by level only: a new source is ignored until the memo is
-    // initialised again. Levels above 255 are taken as 255.
+    // Levels above 255 are taken as 255; the tables are keyed by level only.
     const VokColor white = rgba(255, 255, 255, 1), black = rgba(0, 0, 0, 1);
     VokColorBlendInitMemozied(memo.get(), kVokBlendNormal);
     VokColor d = black;
     VokColorBlendMemoized(&d, &white, 256, memo.get());
     VokColorBlendMemoized(&d, &black, 0xffffffffu, memo.get());
-    EXPECT_EQ(d, white);
-    VokColorBlendInitMemozied(memo.get(), kVokBlendNormal);
-    VokColorBlendMemoized(&d, &black, 255, memo.get());
-    EXPECT_TRUE(VokColorCompare(&d, &black));
+    EXPECT_TRUE(VokColorCompare(&d, &white));
     d.alpha = 2;  // alpha counts in the comparison
-    EXPECT_FALSE(VokColorCompare(&d, &black));
+    EXPECT_FALSE(VokColorCompare(&d, &white));
 }

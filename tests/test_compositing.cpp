@@ -1,8 +1,11 @@
-// Compositing a bitmap or a flat colour over a bitmap.
+// Bitmap-wide colour work: colour matrices, and compositing a bitmap or a
+// flat colour over a bitmap.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
 #include <random>
+#include <vector>
 
 #include "support/bitmaps.h"
 #include "vok/color.h"
@@ -22,6 +25,18 @@ TestBitmap boundary_bitmap(uint32_t width, uint32_t height, uint32_t seed) {
         bitmap.at(i % width, i / width) = rgba(edges[engine() % 8], edges[engine() % 8], edges[engine() % 8], edges[engine() % 8]);
     return bitmap;
 }
+
+uint8_t to_byte(float x) { return x > 254.5f ? 255 : (x >= -0.5f ? static_cast<uint8_t>(double{x} + 0.5) : 0); }
+
+// The matrix image of one pixel, written out from the row formulas; NaN gives 0.
+VokColor image_of(const VokColorMatrix &matrix, const VokColor &c, uint8_t alpha) {
+    const float *m = matrix.m;
+    const float r = c.red, g = c.green, b = c.blue;
+    return {to_byte(m[0] * r + m[1] * g + m[2] * b + m[3]), to_byte(m[4] * r + m[5] * g + m[6] * b + m[7]),
+            to_byte(m[8] * r + m[9] * g + m[10] * b + m[11]), alpha};
+}
+
+constexpr uint32_t kWidth = 41, kPixels = 205;  // vector rows of 8 and 4 and a scalar tail
 
 // A bitmap blended over a slightly larger one against the single-colour rule
 // over the overlap: alpha * opacity truncates, saturates at 0 and keeps its
@@ -99,8 +114,7 @@ TEST(BlendBitmapMask, MaskIsStretchedOverTheDestination) {
     mask.at(1, 0) = rgba(9, 9, 9, 255);
     // Scale 2: mask positions 0, 0.5, 1 and 1.5 give opacities 0, 0.5, 1, 1.
     VokBitmapBlendBitmapMask(destination.get(), base.get(), layer.get(), mask.get(), kVokBlendNormal);
-    EXPECT_EQ(std::memcmp(destination.get()->pixels,
-                          "\x0a\x14\x1e\x4d\x69\x3c\x0f\x4d\xc8\x64\x00\x4d\xc8\x64\x00\x4d", 16), 0);
+    EXPECT_EQ(std::memcmp(destination.get()->pixels, "\x0a\x14\x1e\x4d\x69\x3c\x0f\x4d\xc8\x64\x00\x4d\xc8\x64\x00\x4d", 16), 0);
     EXPECT_EQ(std::memcmp(&destination.at(0, 1), &destination.at(0, 0), 16), 0);
 
     // Wider than one block of columns: opacity x / 300 up to 1, then 1.
@@ -143,14 +157,65 @@ TEST(BlendWithColor, MapMatchesPerPixelBlendInEveryMode) {
         float hsl[3];
         VokColorRGB2HSL(&color, hsl);
         if (mode != kVokBlendColor) applied.alpha = 128;  // 127.5 rounds half up
-        for (uint32_t i = 0; i < 63; ++i) {
-            if (mode == kVokBlendColor)
-                VokColorBlendColorMode(&expected.at(i % 9, i / 9), hsl, 17, 0.5f);
-            else
-                VokColorBlendEmbededAlpha(&expected.at(i % 9, i / 9), &applied, mode);
-        }
+        for (uint32_t i = 0; i < 63; ++i)
+            mode == kVokBlendColor ? VokColorBlendColorMode(&expected.at(i % 9, i / 9), hsl, 17, 0.5f)
+                                   : VokColorBlendEmbededAlpha(&expected.at(i % 9, i / 9), &applied, mode);
         (mode % 2 ? VokBitmapBlend : VokBitmapBlendWithColor)(bitmap.get(), &color, mode, 0.5f);
         ASSERT_EQ(bitmap.bytes(), expected.bytes()) << "mode " << mode;
         EXPECT_EQ(color.alpha, applied.alpha);
+    }
+}
+
+TEST(ColorMatrix, ProductOrderAndBuilders) {
+    auto entries = [](const VokColorMatrix &m) { return std::vector<float>(m.m, m.m + 12); };
+    VokColorMatrix a, offset = {{1, 0, 0, 10, 0, 1, 0, 20, 0, 0, 1, 30}}, swap = {{0, 1, 0, 1, 0, 0, 1, 2, 1, 0, 0, 3}};
+    VokColorMatrixSetIdentity(&a);
+    VokColorMatrixBrightness(&a, 2.0f);
+    VokColorMatrixMultiply(&a, &offset);  // the offset first, then the scale: 2 (x + o)
+    EXPECT_EQ(entries(a), std::vector<float>({2, 0, 0, 20, 0, 2, 0, 40, 0, 0, 2, 60}));
+    VokColorMatrixMultiply(&swap, &swap);  // one record on both sides
+    EXPECT_EQ(entries(swap), std::vector<float>({0, 0, 1, 3, 1, 0, 0, 5, 0, 1, 0, 4}));
+    VokColorMatrixCopy(&a, &VokColorMatrixIdentity);
+    VokColorMatrixBrightnessContrast(&a, 0.5f, 2.0f);  // 0.5 (2 (x - 128) + 128)
+    VokColorMatrixContrast(&a, 0.5f);                   // pivot 128, not 127.5
+    EXPECT_EQ(entries(a), std::vector<float>({1.5f, 0, 0, -128, 0, 1.5f, 0, -128, 0, 0, 1.5f, -128}));
+
+    TestBitmap red(1, 1);
+    red.at(0, 0) = rgba(255, 0, 0, 60);
+    VokColorMatrix grey = VokColorMatrixIdentity;
+    VokColorMatrixAdjSaturation(&grey, 0.0f);
+    VokBitmapColorMatrixTransform(red.get(), &grey);
+    EXPECT_EQ(red.at(0, 0), rgba(54, 54, 54, 60));  // 54.315 rounds to 54
+}
+
+// Both paths (a table for a diagonal matrix, per pixel and vector rows
+// otherwise) against the plain per-pixel rule, in every mode. The offset-only
+// matrices pin the byte conversion (254.5 -> 255, -0.5 -> 0, NaN -> 0) on
+// the table path (cross term 0 or -0) and the per-pixel one (1e-30).
+TEST(ColorMatrixTransform, EveryPathMatchesThePerPixelRule) {
+    const VokColorMatrix matrices[] = {
+        VokColorMatrixIdentity, {{1.3f, 0, 0, -12, 0, 0.8f, 0, 30, 0, 0, -1, 255}},
+        {{0.5f, 0.5f, 0, 0, 0.2f, 0.7f, 0.1f, 5, 0, -0.25f, 1.75f, -5}}, {{0, 0, 0, 300, 0, 0, 0, -0.5f, 0, 0, 0, NAN}},
+        {{0, -0.0f, 0, 254.5f, 0, 0, 0, 254.49f, 0, 0, 0, INFINITY}}, {{0, 1e-30f, 0, -INFINITY, 0, 0, 0, 0.5f, 0, 0, 0, NAN}}};
+    for (const VokColorMatrix &m : matrices) {
+        TestBitmap plain = boundary_bitmap(kWidth, 5, 2), original(plain);
+        VokBitmapColorMatrixTransform(plain.get(), &m);
+        for (uint32_t i = 0; i < kPixels; ++i) {
+            const VokColor &o = original.at(i % kWidth, i / kWidth);
+            ASSERT_EQ(plain.at(i % kWidth, i / kWidth), image_of(m, o, o.alpha)) << i << " " << m.m[3];
+        }
+        // Opacity 2 wraps: 510 & 255 = 254; opacity 0 changes nothing.
+        for (float opacity : {1.0f, 0.8313f, 2.0f, 0.0f})
+            for (VokBlendMode mode = 0; mode <= 30; ++mode) {
+                TestBitmap bitmap = boundary_bitmap(kWidth, 5, mode + 3), expected(bitmap);
+                const uint8_t alpha = static_cast<uint8_t>(static_cast<uint32_t>(opacity * 255.0f) & 255);
+                for (uint32_t i = 0; i < kPixels; ++i) {
+                    VokColor &e = expected.at(i % kWidth, i / kWidth);
+                    const VokColor image = image_of(m, e, alpha);
+                    VokColorBlendEmbededAlpha(&e, &image, mode);
+                }
+                VokBitmapColorMatrixTransformAndBlendWithOriginal(bitmap.get(), &m, mode, opacity);
+                ASSERT_EQ(bitmap.bytes(), expected.bytes()) << "mode " << mode << " opacity " << opacity;
+            }
     }
 }
