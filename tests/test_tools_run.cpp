@@ -1,6 +1,8 @@
-// A tool run: start state, full effects per type, the final render, whitening.
+// A tool run: records, start state, full effects per type, previews and the
+// final render; whitening.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <vector>
 
 #include "support/bitmaps.h"
@@ -34,6 +36,13 @@ protected:
 
 TEST_F(ToolRun, InitCopiesThePhotoAndStartsTheMask) {
     TestBitmap result(60, 50), mask(60, 50), wrong(5, 4);
+    VokToolStroke stroke;
+    std::memset(&stroke, 0xAB, sizeof stroke);
+    stroke.pointData = &params.strength;
+    VokToolStrokeInit(&stroke);
+    EXPECT_EQ(stroke.pointData, &params.strength);  // the host's to set
+    EXPECT_EQ(stroke.count + stroke.firstIndex + stroke.ended + stroke.colorSet, 0);
+
     params.type = state.type = kVokToolDesaturate;
     params.deferFullTool = 1;
     VokToolInit(photo.get(), result.get(), mask.get(), &params, &state);
@@ -47,40 +56,24 @@ TEST_F(ToolRun, InitCopiesThePhotoAndStartsTheMask) {
     EXPECT_EQ(mask.at(0, 0), rgba(1, 2, 3, 4));
 }
 
-TEST_F(ToolRun, TypesWithoutAnEffectLeaveThePhoto) {
+TEST_F(ToolRun, FullEffectsPerType) {
     for (VokToolType type : {3, 15, 18, 35, 36, 0}) {
         EXPECT_EQ(full_of(type).bytes(), photo.bytes()) << type;
         EXPECT_EQ(params.tolerance, 99999999.0) << type;
     }
-    params.showMaskInRed = 1;  // draw skips the step, red overlay included
-    EXPECT_EQ(full_of(kVokToolDraw).bytes(), photo.bytes());
-    EXPECT_EQ(params.tolerance, 1.0);
-    params.showMaskInRed = 0;
-    TestBitmap kept(60, 50);
-    kept.randomize(9);
-    state.restoreBitmap = kept.get();
-    EXPECT_EQ(full_of(kVokToolRestore).bytes(), kept.bytes());
-    for (VokToolType type : {31, 32}) {
-        LogCapture log;
-        EXPECT_EQ(full_of(type).bytes(), photo.bytes());
-        EXPECT_TRUE(log.only("VokBlurModesVoronoi is not available yet", 3));
-    }
-}
-
-TEST_F(ToolRun, FullEffectsPerType) {
-    TestBitmap grey = full_of(kVokToolDesaturate);
-    EXPECT_EQ(params.tolerance, 10.0);
-    for (uint32_t x = 0; x < 6; ++x) {
-        EXPECT_NEAR(grey.at(x, 2).red, grey.at(x, 2).green, 1);
-        EXPECT_NEAR(grey.at(x, 2).blue, grey.at(x, 2).green, 1);
-        EXPECT_EQ(grey.at(x, 0).alpha, 40 * x);
-    }
-    EXPECT_EQ(full_of(kVokToolBlur).bytes(), full_of(kVokToolBlur2).bytes());
     for (VokToolType type : {2, 5, 11, 13, 14}) {
         EXPECT_NE(full_of(type).bytes(), photo.bytes()) << type;
         EXPECT_EQ(params.tolerance, 99999999.0) << type;
     }
-    // The similar-colour types keep their effect colour (alpha: the opacity) for the stamps.
+    TestBitmap blur = full_of(kVokToolBlur);
+    EXPECT_EQ(full_of(kVokToolBlur2).bytes(), blur.bytes());
+    state.restoreBitmap = blur.get();
+    EXPECT_EQ(full_of(kVokToolRestore).bytes(), blur.bytes());
+    const VokColor grey = full_of(kVokToolDesaturate).at(5, 2);
+    EXPECT_EQ(params.tolerance, 10.0);
+    EXPECT_NEAR(grey.red, grey.green, 1);
+    EXPECT_NEAR(grey.blue, grey.green, 1);
+    // The similar-colour types keep their effect colour (alpha: the opacity).
     const struct { VokToolType type; VokColor colour; double tolerance; } tints[] = {
         {6, rgba(55, 44, 38, 128), 10.0}, {7, rgba(205, 144, 115, 77), 10.0},
         {8, rgba(190, 89, 106, 89), 99999999.0}, {9, rgba(230, 55, 49, 128), 5.5}};
@@ -89,50 +82,88 @@ TEST_F(ToolRun, FullEffectsPerType) {
         EXPECT_EQ(params.color, tint.colour) << tint.type;
         EXPECT_EQ(params.tolerance, tint.tolerance) << tint.type;
     }
+    for (VokToolType type : {31, 32}) {
+        LogCapture log;
+        EXPECT_EQ(full_of(type).bytes(), photo.bytes());
+        EXPECT_TRUE(log.only("VokBlurModesVoronoi is not available yet", 3));
+    }
     params.showMaskInRed = 1;  // every colour becomes red, alpha stays
     TestBitmap red = full_of(kVokToolWarm);
     for (uint32_t x = 0; x < 6; ++x) EXPECT_EQ(red.at(x, 0), rgba(255, 0, 0, 40 * x));
+    EXPECT_EQ(full_of(kVokToolDraw).bytes(), photo.bytes());  // skipped, overlay included
+    EXPECT_EQ(params.tolerance, 1.0);
 }
 
 TEST_F(ToolRun, HiResMixesThePhotoAndItsEffectThroughTheMask) {
     TestBitmap effect = full_of(kVokToolBlur);
-    // The mask is a fifth of the size, scaled up.
-    TestBitmap none(photo), all(photo), clear(12, 10), opaque(12, 10);
+    TestBitmap none(photo), all(photo), clear(12, 10), opaque(12, 10);  // masks scale up
     VokMaskSetOpaque(opaque.get());
     VokToolRenderHiRes(none.get(), clear.get(), &params, &state);
     VokToolRenderHiRes(all.get(), opaque.get(), &params, &state);
     EXPECT_EQ(none.bytes(), photo.bytes());
     for (uint32_t y = 0; y < 50; y += 7)
         for (uint32_t x = 0; x < 60; x += 5) EXPECT_NEAR(all.at(x, y).red, effect.at(x, y).red, 1);
-
     // Draw: the premultiplied paint is composited over the photo.
     params.type = state.type = kVokToolDraw;
-    TestBitmap painted(photo), paint(60, 50);
-    const VokColor blue = rgba(0, 0, 255);
-    VokMaskDraw(paint.get(), &blue, 2, 2, 1.5, 1.0, 0);
-    VokToolRenderHiRes(painted.get(), paint.get(), &params, &state);
-    EXPECT_EQ(painted.at(2, 2), rgba(0, 0, 255, photo.at(2, 2).alpha));
-    EXPECT_EQ(painted.at(30, 30), photo.at(30, 30));
+    TestBitmap paint(60, 50);
+    paint.at(2, 2) = rgba(0, 0, 255);
+    VokToolRenderHiRes(all.get(), paint.get(), &params, &state);
+    EXPECT_EQ(all.at(2, 2), rgba(0, 0, 255, photo.at(2, 2).alpha));
+    EXPECT_EQ(all.at(3, 2), effect.at(3, 2));
+}
+
+TEST(ToolPreview, MixesThroughTheMaskWithAShift) {
+    TestBitmap out(4, 3), base(4, 3), full(4, 3), mask(4, 3), small(3, 3);
+    base.fill(rgba(100, 0, 255, 1));
+    full.fill(rgba(200, 255, 0, 2));
+    mask.fill(rgba(100, 50, 0, 128));
+    mask.at(1, 1).alpha = 255;
+    mask.at(2, 1) = rgba(250, 0, 0, 0);
+    out.fill(rgba(7, 7, 7, 7));
+    VokToolDrawState state;
+    VokToolDrawStateInit(&state);
+    state.type = kVokToolBlur;
+    auto box = [&](const TestBitmap &m, int32_t x0, int32_t y0, int32_t x1, int32_t y1) {
+        VokToolRenderPreviewBox(out.get(), base.get(), full.get(), m.get(), x0, y0, x1, y1,
+                                &state);
+    };
+    box(mask, 9, 1, 1, 0);  // corners in either order, clamped
+    EXPECT_EQ(out.at(1, 0), rgba(150, 127, 127, 7));  // (100*127 + 200*128 + 127) >> 8
+    EXPECT_EQ(out.at(1, 1), rgba(199, 254, 0, 7));    // a = 255 still loses a little
+    EXPECT_EQ(out.at(2, 1), rgba(100, 0, 254, 7));
+    EXPECT_EQ(out.at(0, 0), rgba(7, 7, 7, 7));
+    const std::vector<uint8_t> before = out.bytes();
+    box(mask, -9, 0, -1, 2);
+    box(mask, 0, 3, 3, 5);
+    box(small, 0, 0, 3, 2);
+    EXPECT_EQ(out.bytes(), before);
+    // The whole preview reaches the last row despite its bottom of height.
+    VokToolRenderPreview(out.get(), base.get(), full.get(), mask.get(), &state);
+    EXPECT_EQ(out.at(3, 2), rgba(150, 127, 127, 7));
+
+    // Draw mode mixes in the mask colour; the whole preview adds the
+    // premultiplied paint, and the sum wraps.
+    state.type = kVokToolDraw;
+    LogCapture log;
+    box(mask, 0, 0, 0, 0);
+    EXPECT_TRUE(log.only("Preview Draw Tool!", 3));
+    EXPECT_EQ(out.at(0, 0).red, 100);  // the mask's red, not the full bitmap's
+    VokToolRenderPreview(out.get(), base.get(), mask.get(), mask.get(), &state);
+    EXPECT_EQ(out.at(0, 0), rgba(149, 50, 126, 7));  // mask + (base * 127 >> 8)
+    EXPECT_EQ(out.at(2, 1).red, 93);                  // (250 + 99) mod 256
 }
 
 TEST(Whiten, LightensNeutralsAndTakesYellowOut) {
-    auto whiten = [](VokColor colour) {
-        TestBitmap one(1, 1);
-        one.at(0, 0) = colour;
-        VokWhiten(one.get(), nullptr);
-        return one.at(0, 0);
-    };
-    // Grey 128: L 136.69, a = b = 127 (b is not below 127, so d^2 = 5^2),
-    // s = 0.65 exp(-25/98); L' = 255 (136.69/255)^(1/(1 + s/2)) = 154.96.
-    EXPECT_EQ(whiten(rgba(128, 128, 128, 77)), rgba(146, 146, 146, 77));
-    const VokColor tooth = whiten(rgba(230, 215, 160, 200));  // b = 156 pulled toward 127
-    EXPECT_GE(tooth.blue, 180);
-    EXPECT_EQ(tooth.alpha, 200);
-    // Far from neutral in red-green (yellow), or in both axes (blue): nearly untouched.
-    for (VokColor c : {rgba(255, 255, 0), rgba(120, 140, 200)}) {
-        const VokColor got = whiten(c);
-        EXPECT_NEAR(got.red, c.red, 2);
-        EXPECT_NEAR(got.green, c.green, 2);
-        EXPECT_NEAR(got.blue, c.blue, 2);
-    }
+    TestBitmap px(3, 1);
+    px.at(0, 0) = rgba(128, 128, 128, 77);
+    px.at(1, 0) = rgba(230, 215, 160, 200);
+    px.at(2, 0) = rgba(120, 140, 200);
+    VokWhiten(px.get(), nullptr);
+    // Grey: L 136.69, a = b = 127 so d = 5; s = 0.65 exp(-25/98); L' = 255
+    // (136.69/255)^(1/(1 + s/2)) = 154.96 -> 154, grey 146.
+    EXPECT_EQ(px.at(0, 0), rgba(146, 146, 146, 77));
+    EXPECT_GE(px.at(1, 0).blue, 180);  // a yellowish tooth is judged by a alone
+    EXPECT_EQ(px.at(1, 0).alpha, 200);
+    EXPECT_NEAR(px.at(2, 0).blue, 200, 2);  // blue is judged by both axes: kept
+    EXPECT_NEAR(px.at(2, 0).red, 120, 2);
 }
