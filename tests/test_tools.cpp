@@ -1,4 +1,4 @@
-// The mask stamps, stamp positions along a stroke, and strokes into the mask.
+// Tools: mask stamps, stamp positions, strokes, full effects, previews, renders.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -10,6 +10,7 @@
 #include "support/log_capture.h"
 #include "vok/tools.h"
 
+using vok_test::LogCapture;
 using vok_test::rgba;
 using vok_test::TestBitmap;
 
@@ -20,14 +21,11 @@ const auto kCurve = VokInterpolateBetweenPointsWithBezierQuadCurve;
 const auto kFinish = VokInterpolateBetweenPointsWithBezierQuadCurveAndFinishToPoint;
 
 // Similar-colour stamp that ignores colour: radius 4, outer radius 5.7199...
-void brush(TestBitmap &mask, double x, double y, double strength = 1, int erase = 0,
-           double radius = 4) {
-    const VokColor white = rgba(255, 255, 255);
-    VokMaskSimilarColors(nullptr, mask.get(), &white, 1, x, y, radius, 99999999.0, 1.0,
-                         strength, erase, 0, 1);
+void brush(TestBitmap &mask, double x, double y, double strength = 1, int erase = 0) {
+    VokMaskSimilarColors(nullptr, mask.get(), nullptr, 1, x, y, 4, 99999999.0, 1, strength, erase,
+                         0, 1);
 }
 
-// Positions from interpolator f over the given coordinates and radius.
 template <typename F, typename... A>
 std::vector<VokPoint> run(F f, int draw, A... a) {
     VokPoint *list = nullptr;
@@ -51,17 +49,18 @@ void expect_point(VokPoint p, float x, float y) { expect_xs({p}, {x}, y); }
 // A stroke on its own photo and mask; lo and hi keep the last rectangle.
 struct Tool {
     VokToolDrawParams params;
-    VokToolDrawState state;
-    VokToolStroke stroke;
+    VokToolDrawState state{};
+    VokToolStroke stroke{};
     std::vector<VokPoint> points;
     TestBitmap photo, mask;
     VokPoint lo = {-77, -77}, hi = {-77, -77};
 
-    Tool(VokToolType type, double radius, uint32_t w, uint32_t h) : photo(w, h), mask(w, h) {
+    // Init leaves the pressure data (pointData) to the host.
+    Tool(VokToolType type, double radius, uint32_t w, uint32_t h, double *pressure = nullptr)
+        : photo(w, h), mask(w, h) {
         VokToolDrawParamsInit(&params);
-        VokToolDrawStateInit(&state);
+        stroke.pointData = pressure;
         VokToolStrokeInit(&stroke);
-        stroke.pointData = nullptr;
         params.type = state.type = type;
         stroke.radius = radius;
     }
@@ -76,14 +75,14 @@ struct Tool {
 
 }  // namespace
 
-TEST(MaskSimilarColors, RadialWeightsRoundHalfUpAndStayInside) {
+TEST(MaskSimilarColors, WeightsFallWithDistanceAndColourAndRoundHalfUp) {
     struct Row { uint8_t start; double strength; int erase; uint32_t x, y; uint8_t want; };
     const Row rows[] = {
         {0, 1, 0, 10, 10, 255}, {0, 1, 0, 14, 10, 255},  // d <= r: full weight
         {0, 1, 0, 15, 10, 64},  {0, 1, 0, 15, 12, 24},   // (1/2)^2 * 255; 24.099
         {0, 1, 0, 14, 14, 8},   {0, 1, 0, 16, 10, 0},    // near 1/51; outside
-        {100, 1, 0, 15, 10, 139}, {100, 1, 1, 15, 10, 75}, {100, 1, 1, 10, 10, 0},
-        {100, 1, 1, 16, 10, 100}, {0, 0.5, 0, 10, 10, 128},  // 127.5 rounds up
+        {100, 1, 0, 15, 10, 139}, {101, 1, 1, 15, 10, 76}, {101, 1, 1, 10, 10, 0},  // 75.75
+        {101, 1, 1, 16, 10, 101}, {0, 0.5, 0, 10, 10, 128},  // 127.5 rounds up
         {0, 2, 0, 10, 10, 255}};                             // 510 clamps
     for (const Row &row : rows) {
         TestBitmap mask(21, 21);
@@ -91,29 +90,24 @@ TEST(MaskSimilarColors, RadialWeightsRoundHalfUpAndStayInside) {
         brush(mask, 10, 10, row.strength, row.erase);
         EXPECT_EQ(mask.at(row.x, row.y), rgba(9, 8, 7, row.want)) << row.x << "," << row.y;
     }
-    TestBitmap mask(6, 5), small(2, 2);
-    const std::vector<uint8_t> clear = mask.bytes();
-    brush(mask, -100, 2);
-    brush(mask, 2, 1e12);
-    brush(mask, NAN, 2);
-    brush(mask, 2, 2, 1, 0, 0);
-    VokMaskSimilarColors(small.get(), mask.get(), &small.at(0, 0), 0, 2, 2, 3, 10, 1, 1, 0, 0, 0);
-    EXPECT_EQ(mask.bytes(), clear);  // a photo of another size is refused
-    brush(mask, 0, 0);  // clipped at the corner
-    EXPECT_EQ(mask.at(0, 0).alpha + mask.at(5, 4).alpha, 255);
-}
+    TestBitmap edge(6, 5), small(2, 2);
+    const std::vector<uint8_t> clear = edge.bytes();
+    for (VokPoint at : {VokPoint{-100, 2}, VokPoint{2, 1e12f}, VokPoint{NAN, 2}})
+        brush(edge, at.x, at.y);
+    VokMaskSimilarColors(small.get(), edge.get(), &small.at(0, 0), 0, 2, 2, 3, 10, 1, 1, 0, 0, 0);
+    EXPECT_EQ(edge.bytes(), clear);  // a photo of another size is refused
+    brush(edge, 0, 0);  // clipped at the corner
+    EXPECT_EQ(edge.at(0, 0).alpha + edge.at(5, 4).alpha, 255);
 
-TEST(MaskSimilarColors, ColourWeightFollowsTheLabDistance) {
     TestBitmap image(3, 1), mask(3, 1);
     const VokColor reference = rgba(180, 120, 90);
     image.at(0, 0) = reference;
     image.at(1, 0) = rgba(190, 122, 80);  // c^2 = 65.47 in a and b, dL^2 = 15.41
     image.at(2, 0) = rgba(20, 200, 240);
-    // At tolerance 6: exp(-65.47 / 72) = 102.7 / 255, with lightness
-    // exp(-80.88 / 72) = 82.9 / 255. Equal colours match even at tolerance 0.
-    const struct { double tolerance; int lightness; uint8_t want; } rows[] = {
-        {6, 0, 103}, {6, 1, 83}, {0, 0, 0}};
-    for (const auto &row : rows) {
+    // Tolerance 6: exp(-65.47 / 72) = 102.7 / 255; with lightness exp(-80.88 / 72) = 82.9 / 255.
+    const struct { double tolerance; int lightness; uint8_t want; } matches[] = {
+        {6, 0, 103}, {6, 1, 83}, {0, 0, 0}};  // equal colours match even at tolerance 0
+    for (const auto &row : matches) {
         mask.fill(rgba(0, 0, 0, 0));
         VokMaskSimilarColors(image.get(), mask.get(), &reference, 0, 1, 0, 20, row.tolerance, 1,
                              1, 0, row.lightness, 0);
@@ -135,14 +129,13 @@ TEST(MaskDraw, PaintsPremultipliedColourWithAFixedSoftEdge) {
     EXPECT_EQ(mask.at(15, 10), rgba(136, 68, 34, 174));   // w = 0.28125
     VokMaskDraw(mask.get(), &colour, 10, 10, 4, 1.0, 1);  // erasing scales all four
     EXPECT_EQ(mask.at(15, 10), rgba(59, 29, 14, 76));
-    EXPECT_EQ(mask.at(10, 10), rgba(0, 0, 0, 0));
-    VokMaskDraw(other.get(), &colour, 10, 10, 4, 3.0, 0);           // strength clamped to 1
+    VokMaskDraw(other.get(), &colour, 10, 10, 4, 3.0, 0);  // strength clamped to 1
     VokMaskDraw(other.get(), &colour, 10, 10, 0, NAN, 1);  // paints nothing
-    EXPECT_EQ(other.at(17, 10).alpha, 47);                          // 0.1875 * 255
+    EXPECT_EQ(other.at(17, 10).alpha, 47);                 // 0.1875 * 255
     EXPECT_EQ(other.at(10, 10).alpha, 255);
 }
 
-TEST(Interpolate, StraightRunsStartNextToTheEndAndFinishOnIt) {
+TEST(Interpolate, RunsStartNextToTheEndAndFinishOnIt) {
     expect_xs(run(kFirst, 0, 0, 3, 60, 3, 12), {25, 20, 15, 10, 5, 30}, 3);  // spacing r / 2
     EXPECT_EQ(run(kFirst, 1, 0, 3, 60, 3, 12).size(), 7u);  // draw: sqrt(2r + 1) = 5
     expect_xs(run(VokInterpolateMidpointToSecondPoint, 0, 0, 3, 8, 3, 2),
@@ -152,12 +145,9 @@ TEST(Interpolate, StraightRunsStartNextToTheEndAndFinishOnIt) {
     const float m = 1.0f - std::ldexp(1.0f, -24);
     expect_xs(run(kFirst, 0, 0, 0, m + m, 0, 2), {m / 2, m}, 0);
     // Meaningless counts give the end position alone.
-    expect_xs(run(kFirst, 0, 0, 0, 10, 0, 0), {5}, 0);
     expect_xs(run(kFirst, 1, 0, 0, 10, 0, -3), {5}, 0);  // sqrt of a negative
     expect_xs(run(kFirst, 0, 0, 0, 1e30f, 0, 1e-6f), {5e29f}, 0);
-}
 
-TEST(Interpolate, CurvesRunEvenlyInTAndTheFinishWalksBackToTheMiddlePoint) {
     // Collinear: evenly spaced from m1 = 5 (left out) to m2 = 15.
     std::vector<float> xs = {5 + 10 / 6.0f, 5 + 20 / 6.0f, 10, 5 + 40 / 6.0f, 5 + 50 / 6.0f, 15};
     expect_xs(run(kCurve, 0, 0, 0, 10, 0, 20, 0, 4), xs, 0);
@@ -174,7 +164,6 @@ TEST(Interpolate, CurvesRunEvenlyInTAndTheFinishWalksBackToTheMiddlePoint) {
 TEST(ToolStroke, RectangleCoversTheLastSegmentPaddedByTheDiameter) {
     Tool tool(kVokToolBlur, 4, 40, 30), late(kVokToolBlur, 2.3, 40, 30);
     tool.draw({{10, 10}});  // stamped, rectangle left alone
-    tool.draw({});
     expect_point(tool.lo, -77, -77);
     EXPECT_EQ(tool.mask.at(10, 10).alpha + tool.mask.at(16, 10).alpha, 255);
     tool.draw({{30, 10}});  // first to midpoint: 11.67 ... 20, padded by 8
@@ -186,12 +175,12 @@ TEST(ToolStroke, RectangleCoversTheLastSegmentPaddedByTheDiameter) {
     late.draw({{0, 0}, {10, 0}, {20, 0}});  // pad ceil(4.6); the first segment is left out
     expect_point(late.hi, 15 + 5, 0 + 5);
     EXPECT_GT(late.lo.x, 0.0f);
-    // Ended, the last point finishes the curve to m2 = 30 and walks back to 20.
-    Tool ended(kVokToolBlur, 4, 50, 20);
+    // Ended, the last curve (peak y 25) ends on m2 = (30, 20) and walks back to b = (20, 30).
+    Tool ended(kVokToolBlur, 4, 50, 40);
     ended.stroke.ended = 1;
-    ended.draw({{0, 10}, {20, 10}, {40, 10}});
-    expect_point(ended.hi, 30 + 8, 18);
-    EXPECT_EQ(ended.mask.at(37, 10).alpha, 0);
+    ended.draw({{0, 10}, {20, 30}, {40, 10}});
+    expect_point(ended.hi, 30 + 8, 30 + 8);
+    EXPECT_EQ(ended.mask.at(20, 30).alpha, 255);
 }
 
 TEST(ToolStroke, FirstTouchSamplesAndTypeOneErasesWithModesOneAndThree) {
@@ -202,7 +191,7 @@ TEST(ToolStroke, FirstTouchSamplesAndTypeOneErasesWithModesOneAndThree) {
     set.draw({{7, 2}});
     EXPECT_EQ(soft.stroke.color, rgba(40, 50, 60, 70));
     EXPECT_EQ(set.stroke.color, rgba(255, 0, 0));  // the default
-    vok_test::LogCapture log;
+    LogCapture log;
     Tool blemish(kVokToolBlemish, 4, 8, 8);
     blemish.stroke.colorSet = 1;  // its first touch runs regardless
     blemish.draw({{3, 3}});
@@ -223,20 +212,135 @@ TEST(ToolStroke, FirstTouchSamplesAndTypeOneErasesWithModesOneAndThree) {
 }
 
 TEST(ToolStroke, DrawBrushPaintsTheStrokeColourWithPressure) {
-    Tool brush(kVokToolDraw, 3, 40, 20), pressed(kVokToolDraw, 4, 60, 30);
+    double pressure[] = {0.5, 2.0};
+    Tool brush(kVokToolDraw, 3, 40, 20), pressed(kVokToolDraw, 4, 60, 30, pressure);
     brush.stroke.color = rgba(0, 200, 100);
     brush.draw({{5, 10}});
     expect_point(brush.lo, 5 - 7, 10 - 7);  // ceil(r + 3.44) around each stamp
     for (float x : {15.0f, 25.0f, 35.0f}) brush.draw({{x, 10}});
     for (uint32_t x = 5; x <= 30; ++x) EXPECT_EQ(brush.mask.at(x, 10), rgba(0, 200, 100)) << x;
     expect_point(brush.hi, 30 + 7, 10 + 7);
-    double pressure[] = {0.5, 2.0};
-    pressed.stroke.pointData = pressure;
     pressed.draw({{10, 15}});
     expect_point(pressed.lo, 10 - 6, 15 - 6);  // radius 2
     EXPECT_EQ(pressed.mask.at(12, 15).alpha - pressed.mask.at(17, 15).alpha, 255);
     pressed.draw({{50, 15}});  // ends on the midpoint 30 with radius 4 * 1.25
     expect_point(pressed.hi, 30 + 9, 15 + 9);
     EXPECT_EQ(pressed.mask.at(16, 22).alpha, 0);  // the radius is still about 3 there
-    EXPECT_GT(pressed.mask.at(30, 22).alpha, 0);
+}
+
+struct ToolRun : ::testing::Test {
+    ToolRun() : photo(60, 50) {  // big enough for the blurs' radius to matter
+        photo.randomize(21);
+        for (uint32_t x = 0; x < 6; ++x) photo.at(x, 0).alpha = static_cast<uint8_t>(40 * x);
+        VokToolDrawParamsInit(&params);
+        VokToolDrawStateInit(&state);
+    }
+    TestBitmap full_of(VokToolType type) {
+        TestBitmap full(photo);
+        params.type = state.type = type;
+        params.tolerance = 1.0;
+        VokToolApplyFullTool(full.get(), &params, &state);
+        return full;
+    }
+
+    TestBitmap photo;
+    VokToolDrawParams params;
+    VokToolDrawState state;
+};
+
+TEST_F(ToolRun, InitCopiesThePhotoAndStartsTheMask) {
+    TestBitmap result(60, 50), mask(60, 50);
+    mask.fill(rgba(1, 1, 1, 1));
+    params.type = state.type = kVokToolBlemish;
+    params.deferFullTool = 1;  // blemish runs its full step regardless
+    VokToolInit(photo.get(), result.get(), mask.get(), &params, &state);
+    EXPECT_EQ(params.tolerance, 99999999.0);
+    EXPECT_EQ(mask.bytes(), std::vector<uint8_t>(60 * 50 * 4, 0));
+    params.type = state.type = kVokToolDesaturate;
+    VokToolInit(photo.get(), result.get(), mask.get(), &params, &state);
+    EXPECT_EQ(result.bytes(), photo.bytes());
+    EXPECT_EQ(mask.bytes(), std::vector<uint8_t>(60 * 50 * 4, 255));
+    params.deferFullTool = 0;
+    VokToolInit(photo.get(), result.get(), mask.get(), &params, &state);
+    EXPECT_NE(result.bytes(), photo.bytes());
+}
+
+TEST_F(ToolRun, FullEffectsPerTypeAndTheFinalRender) {
+    const double any = 99999999.0;
+    const VokColor white = rgba(255, 255, 255);
+    // Tints keep their colour for the stamps, with the opacity as alpha.
+    const struct { VokToolType type; bool changes; double tolerance; VokColor colour; } rows[] = {
+        {0, false, any, white},  {3, false, any, white},  {15, false, any, white},
+        {32, false, any, white}, {36, false, any, white}, {1, true, 10, white},
+        {2, true, any, white},   {5, true, any, white},   {11, true, any, white},
+        {13, true, any, white},  {14, true, any, white},  {6, true, 10, rgba(55, 44, 38, 128)},
+        {7, true, 10, rgba(205, 144, 115, 77)}, {8, true, any, rgba(190, 89, 106, 89)},
+        {9, true, 5.5, rgba(230, 55, 49, 128)}, {12, false, 1, rgba(230, 55, 49, 128)}};
+    for (const auto &row : rows) {
+        EXPECT_EQ(full_of(row.type).bytes() != photo.bytes(), row.changes) << row.type;
+        EXPECT_EQ(params.tolerance, row.tolerance) << row.type;
+        EXPECT_EQ(params.color, row.colour) << row.type;
+    }
+    TestBitmap blur = full_of(kVokToolBlur);
+    EXPECT_EQ(full_of(kVokToolBlur2).bytes(), blur.bytes());
+    state.restoreBitmap = blur.get();
+    EXPECT_EQ(full_of(kVokToolRestore).bytes(), blur.bytes());
+    TestBitmap none(photo), all(photo), clear(12, 10), opaque(12, 10), paint(60, 50);
+    VokMaskSetOpaque(opaque.get());  // the masks are scaled up
+    VokToolRenderHiRes(none.get(), clear.get(), &params, &state);
+    VokToolRenderHiRes(all.get(), opaque.get(), &params, &state);
+    EXPECT_EQ(none.bytes(), photo.bytes());
+    for (uint32_t y = 0; y < 50; y += 7)
+        for (uint32_t x = 0; x < 60; x += 5) EXPECT_NEAR(all.at(x, y).red, blur.at(x, y).red, 1);
+    params.type = state.type = kVokToolDraw;  // the paint is composited over the photo
+    paint.at(2, 2) = rgba(0, 0, 255);
+    VokToolRenderHiRes(all.get(), paint.get(), &params, &state);
+    EXPECT_EQ(all.at(2, 2), rgba(0, 0, 255, photo.at(2, 2).alpha));
+    EXPECT_EQ(all.at(3, 2), blur.at(3, 2));
+    params.showMaskInRed = 1;  // every colour becomes red, alpha stays; draw skips it all
+    TestBitmap red = full_of(kVokToolWarm);
+    for (uint32_t x = 0; x < 6; ++x) EXPECT_EQ(red.at(x, 0), rgba(255, 0, 0, 40 * x));
+    EXPECT_EQ(full_of(kVokToolDraw).bytes(), photo.bytes());
+}
+
+TEST(ToolPreview, MixesThroughTheMaskWithAShift) {
+    TestBitmap out(4, 3), base(4, 3), full(4, 3), mask(4, 3), small(3, 3);
+    base.fill(rgba(100, 0, 255, 1));
+    full.fill(rgba(200, 255, 0, 2));
+    mask.fill(rgba(100, 50, 0, 128));
+    mask.at(1, 1).alpha = 255;
+    mask.at(2, 1) = rgba(250, 0, 0, 0);
+    out.fill(rgba(7, 7, 7, 7));
+    VokToolDrawState state = {0, kVokToolBlur, nullptr};
+    auto box = [&](const VokBitmap *m, int32_t x0, int32_t y0, int32_t x1, int32_t y1) {
+        VokToolRenderPreviewBox(out.get(), base.get(), full.get(), m, x0, y0, x1, y1, &state);
+    };
+    box(mask.get(), 9, 1, 1, 0);  // corners in either order, clamped
+    EXPECT_EQ(out.at(1, 0), rgba(150, 127, 127, 7));  // (100*127 + 200*128 + 127) >> 8
+    EXPECT_EQ(out.at(1, 1), rgba(199, 254, 0, 7));    // a = 255 still loses a little
+    EXPECT_EQ(out.at(2, 1), rgba(100, 0, 254, 7));
+    box(small.get(), 0, 0, 3, 2);
+    EXPECT_EQ(out.at(0, 0), rgba(7, 7, 7, 7));
+    VokToolRenderPreview(out.get(), base.get(), full.get(), mask.get(), &state);
+    EXPECT_EQ(out.at(3, 2), rgba(150, 127, 127, 7));  // the last row too
+    state.type = kVokToolDraw;  // the mask's colour, premultiplied: the sum wraps
+    LogCapture log;
+    box(mask.get(), 0, 0, 0, 0);
+    EXPECT_TRUE(log.only("Preview Draw Tool!", 3));
+    EXPECT_EQ(out.at(0, 0).red, 100);  // not the full bitmap's
+    VokToolRenderPreview(out.get(), base.get(), mask.get(), mask.get(), &state);
+    EXPECT_EQ(out.at(0, 0), rgba(149, 50, 126, 7));  // mask + (base * 127 >> 8)
+    EXPECT_EQ(out.at(2, 1).red, 93);                  // (250 + 99) mod 256
+}
+
+TEST(Whiten, LightensNeutralsAndTakesYellowOut) {
+    TestBitmap px(3, 1);
+    px.at(0, 0) = rgba(128, 128, 128, 77);
+    px.at(1, 0) = rgba(230, 215, 160, 200);
+    px.at(2, 0) = rgba(120, 140, 200);
+    VokWhiten(px.get(), nullptr);
+    // Grey: a = b = 127, s = 0.65 exp(-25/98); L 136.69 -> 154.96 -> 154, grey 146.
+    EXPECT_EQ(px.at(0, 0), rgba(146, 146, 146, 77));
+    EXPECT_GE(px.at(1, 0).blue, 180);       // yellow (b above neutral): judged by a alone
+    EXPECT_NEAR(px.at(2, 0).blue, 200, 2);  // blue: judged by both axes, barely changes
 }
