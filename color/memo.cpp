@@ -11,8 +11,10 @@ void VokColorBlendInitMemozied(VokBlendMemo *memo, VokBlendMode mode) {
     for (int level = 0; level < 256; ++level) memo->filled[level] = 0;
 }
 
+// Levels above 255 are taken as 255: the memo holds tables for 0 to 255 only.
 void VokColorBlendMemoized(VokColor *destination, const VokColor *source, uint32_t level,
                            VokBlendMemo *memo) {
+    if (level > 255) level = 255;
     uint8_t(*tables)[256] = memo->tables[level];
     if (memo->filled[level] == 0) {
         memo->filled[level] = 1;

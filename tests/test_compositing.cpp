@@ -1,8 +1,11 @@
-// Compositing a bitmap or a flat colour over a bitmap.
+// Bitmap-wide colour work: colour matrices, and compositing a bitmap or a
+// flat colour over a bitmap.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
 #include <random>
+#include <vector>
 
 #include "support/bitmaps.h"
 #include "vok/color.h"
@@ -23,42 +26,43 @@ TestBitmap boundary_bitmap(uint32_t width, uint32_t height, uint32_t seed) {
     return bitmap;
 }
 
-}  // namespace
+uint8_t to_byte(float x) { return x > 254.5f ? 255 : (x >= -0.5f ? static_cast<uint8_t>(double{x} + 0.5) : 0); }
 
-// The per-mode loops and vector rows against the single-colour rule. An
-// overlap of 15 columns covers 8- and 4-pixel rows with a scalar tail.
-TEST(BlendBitmap, EveryModeMatchesThePerPixelBlendOverTheOverlap) {
-    for (VokBlendMode mode = 0; mode <= 30; ++mode)
-        for (float opacity : {1.0f, 0.37f, 1.5f, -0.5f, 0.0f}) {
-            TestBitmap destination = boundary_bitmap(17, 5, mode), source = boundary_bitmap(15, 6, mode + 100);
-            TestBitmap expected(destination);
-            for (uint32_t y = 0; y < 5; ++y)
-                for (uint32_t x = 0; x < 15; ++x) {
-                    // trunc(alpha * opacity), saturating at 0, low 8 bits: 1.5 wraps.
-                    VokColor s = source.at(x, y);
-                    const float a = s.alpha * opacity;
-                    s.alpha = static_cast<uint8_t>(a < 0 ? 0 : static_cast<uint32_t>(a) & 255);
-                    VokColorBlendEmbededAlpha(&expected.at(x, y), &s, mode);
-                }
-            VokBitmapBlendBitmap(destination.get(), source.get(), mode, opacity);
-            ASSERT_EQ(destination.bytes(), expected.bytes()) << "mode " << mode << " opacity " << opacity;
-        }
+// The matrix image of one pixel, written out from the row formulas; NaN gives 0.
+VokColor image_of(const VokColorMatrix &matrix, const VokColor &c, uint8_t alpha) {
+    const float *m = matrix.m;
+    const float r = c.red, g = c.green, b = c.blue;
+    return {to_byte(m[0] * r + m[1] * g + m[2] * b + m[3]), to_byte(m[4] * r + m[5] * g + m[6] * b + m[7]),
+            to_byte(m[8] * r + m[9] * g + m[10] * b + m[11]), alpha};
 }
 
-// Large overlaps read the dearer blend values from a table of channel pairs.
-TEST(BlendBitmap, LargeOverlapsMatchThePerPixelBlend) {
-    for (VokBlendMode mode : {6u, 11u, 16u, 18u, 19u, 21u, 25u, 26u, 27u, 28u}) {
-        TestBitmap destination = boundary_bitmap(512, 257, mode), source = boundary_bitmap(513, 256, mode + 1);
-        TestBitmap expected(destination);
-        for (uint32_t y = 0; y < 256; ++y)
-            for (uint32_t x = 0; x < 512; ++x) {
-                VokColor s = source.at(x, y);
-                s.alpha = static_cast<uint8_t>(static_cast<uint32_t>(s.alpha * 0.9f));
-                VokColorBlendEmbededAlpha(&expected.at(x, y), &s, mode);
-            }
-        VokBitmapBlendBitmap(destination.get(), source.get(), mode, 0.9f);
-        ASSERT_EQ(destination.bytes(), expected.bytes()) << "mode " << mode;
-    }
+constexpr uint32_t kWidth = 41, kPixels = 205;  // vector rows of 8 and 4 and a scalar tail
+
+// A bitmap blended over a slightly larger one against the single-colour rule
+// over the overlap: alpha * opacity truncates, saturates at 0 and keeps its
+// low 8 bits, so opacity 1.5 wraps.
+void expect_bitmap_blend(uint32_t width, uint32_t height, VokBlendMode mode, float opacity) {
+    TestBitmap destination = boundary_bitmap(width + 2, height + 1, mode), source = boundary_bitmap(width, height + 2, mode + 100);
+    TestBitmap expected(destination);
+    for (uint32_t y = 0; y <= height; ++y)
+        for (uint32_t x = 0; x < width; ++x) {
+            VokColor s = source.at(x, y);
+            const float a = s.alpha * opacity;
+            s.alpha = static_cast<uint8_t>(a < 0 ? 0 : static_cast<uint32_t>(a) & 255);
+            VokColorBlendEmbededAlpha(&expected.at(x, y), &s, mode);
+        }
+    VokBitmapBlendBitmap(destination.get(), source.get(), mode, opacity);
+    ASSERT_EQ(destination.bytes(), expected.bytes()) << "mode " << mode << " opacity " << opacity;
+}
+
+}  // namespace
+
+// 15 columns run the 8- and 4-pixel vector rows and a scalar tail; 512 x 256
+// reads the dearer modes' blend values from a table of channel pairs.
+TEST(BlendBitmap, EveryPathMatchesThePerPixelBlendOverTheOverlap) {
+    for (VokBlendMode mode = 0; mode <= 30; ++mode)
+        for (float opacity : {1.0f, 0.37f, 1.5f, -0.5f, 0.0f}) expect_bitmap_blend(15, 4, mode, opacity);
+    for (VokBlendMode mode : {6u, 11u, 16u, 18u, 19u, 21u, 25u, 26u, 27u, 28u}) expect_bitmap_blend(512, 255, mode, 0.9f);
 }
 
 TEST(BlendBitmapSeparate, WeightedSumOverTheOverlap) {
@@ -66,10 +70,10 @@ TEST(BlendBitmapSeparate, WeightedSumOverTheOverlap) {
     destination.fill(rgba(100, 200, 7, 50));
     source.fill(rgba(51, 255, 0, 60));
     VokBitmapBlendBitmapSeparate(destination.get(), source.get(), 0.5f, 0.5f);
-    EXPECT_EQ(std::memcmp(&destination.at(1, 1), "\x4b\xe3\x03\x32", 4), 0);  // 75.5, 227.5, 3.5
-    EXPECT_EQ(std::memcmp(&destination.at(2, 0), "\x64\xc8\x07\x32", 4), 0);  // outside the overlap
+    EXPECT_EQ(destination.at(1, 1), rgba(75, 227, 3, 50));  // 75.5, 227.5, 3.5 truncate
+    EXPECT_EQ(destination.at(2, 0), rgba(100, 200, 7, 50));  // outside the overlap
     VokBitmapBlendBitmapSeparate(destination.get(), source.get(), -1.0f, 3.0f);  // 78, 538, -3
-    EXPECT_EQ(std::memcmp(&destination.at(0, 0), "\x4e\xff\x00\x32", 4), 0);
+    EXPECT_EQ(destination.at(0, 0), rgba(78, 255, 0, 50));
 }
 
 TEST(BlendBitmapTransform, WhiteOutsideAndBilinearInside) {
@@ -77,31 +81,28 @@ TEST(BlendBitmapTransform, WhiteOutsideAndBilinearInside) {
     for (uint32_t i = 0; i < 6; ++i) source.at(i % 3, i / 3) = rgba(40 * (i % 3) + 100 * (i / 3), 7 + i % 3, 90, 3);
     destination.fill(rgba(1, 2, 3, 44));
     VokBitmapBlendBitmapTransform(destination.get(), source.get(), kVokBlendNormal, 1.0f, &VokTransformIdentity);
-    for (uint32_t i = 0; i < 24; ++i) {
-        const uint32_t x = i % 6, y = i / 6;
-        const VokColor &c = destination.at(x, y);
-        if (x > 3 || y > 2)  // more than a pixel past the source: overwritten, alpha too
-            EXPECT_EQ(std::memcmp(&c, "\xff\xff\xff\xff", 4), 0) << x << "," << y;
-        else if (x == 3 || y == 2)  // every neighbour reads white, which is blended
-            EXPECT_EQ(std::memcmp(&c, "\xff\xff\xff\x2c", 4), 0) << x << "," << y;
-        else
-            EXPECT_EQ(std::memcmp(&c, &source.at(x, y), 3), 0) << x << "," << y;
-    }
+    // Past the source's last pixel every neighbour reads white and is blended;
+    // more than a pixel past, white overwrites alpha too.
+    for (uint32_t x = 0; x < 6; ++x)
+        for (uint32_t y = 0; y < 4; ++y) {
+            const VokColor &s = source.at(x % 3, y % 2), white = rgba(255, 255, 255, x > 3 || y > 2 ? 255 : 44);
+            EXPECT_EQ(destination.at(x, y), x < 3 && y < 2 ? rgba(s.red, s.green, s.blue, 44) : white) << x << "," << y;
+        }
 
     // Half a pixel right: column 0 samples at -0.5, in cell 0 with a negative
-    // fraction, so the ramp is extrapolated (and clamped).
+    // fraction, so the ramp is extrapolated (and clamped). The mode blends by
+    // the float family.
     VokTransform shift = VokTransformIdentity;
     VokTransformPostTranslate(&shift, 0.5, 0.0);
     VokColor expected = destination.at(1, 1);
     VokBitmapBlendBitmapTransform(destination.get(), source.get(), kVokBlendMultiply, 1.0f, &shift);
     TestBitmap plain(6, 4);
-    plain.fill(rgba(255, 255, 255, 0));
     VokBitmapBlendBitmapTransform(plain.get(), source.get(), kVokBlendNormal, 1.0f, &shift);
     EXPECT_EQ(plain.at(0, 0).red, 0);    // 0 * 1.5 + 40 * -0.5
     EXPECT_EQ(plain.at(0, 1).red, 80);   // 100 * 1.5 + 140 * -0.5
     EXPECT_EQ(plain.at(1, 0).green, 7);  // 7.5 truncates
     VokColorBlend(&expected, &plain.at(1, 1), kVokBlendMultiply, 1.0f);
-    EXPECT_EQ(std::memcmp(&destination.at(1, 1), &expected, 4), 0);
+    EXPECT_EQ(destination.at(1, 1), expected);
 }
 
 TEST(BlendBitmapMask, MaskIsStretchedOverTheDestination) {
@@ -113,8 +114,7 @@ TEST(BlendBitmapMask, MaskIsStretchedOverTheDestination) {
     mask.at(1, 0) = rgba(9, 9, 9, 255);
     // Scale 2: mask positions 0, 0.5, 1 and 1.5 give opacities 0, 0.5, 1, 1.
     VokBitmapBlendBitmapMask(destination.get(), base.get(), layer.get(), mask.get(), kVokBlendNormal);
-    EXPECT_EQ(std::memcmp(destination.get()->pixels,
-                          "\x0a\x14\x1e\x4d\x69\x3c\x0f\x4d\xc8\x64\x00\x4d\xc8\x64\x00\x4d", 16), 0);
+    EXPECT_EQ(std::memcmp(destination.get()->pixels, "\x0a\x14\x1e\x4d\x69\x3c\x0f\x4d\xc8\x64\x00\x4d\xc8\x64\x00\x4d", 16), 0);
     EXPECT_EQ(std::memcmp(&destination.at(0, 1), &destination.at(0, 0), 16), 0);
 
     // Wider than one block of columns: opacity x / 300 up to 1, then 1.
@@ -127,8 +127,8 @@ TEST(BlendBitmapMask, MaskIsStretchedOverTheDestination) {
         const double o = (x < 300 ? 255 * fx : 255 * (1 - fx) + 255 * fx) * 0.00392156862745098;
         VokColor expected = wide_base.at(x, 0);
         VokColorBlend(&expected, &wide_layer.at(x, 0), kVokBlendMultiply, static_cast<float>(o));
-        ASSERT_EQ(std::memcmp(&wide.at(x, 0), &expected, 3), 0) << x;
-        ASSERT_EQ(wide.at(x, 0).alpha, 0);
+        expected.alpha = 0;
+        ASSERT_EQ(wide.at(x, 0), expected) << x;
     }
 
     TestBitmap before(destination);
@@ -148,25 +148,74 @@ TEST(CompositePremultiplied, UnpremultipliesThenBlendsOverTheBase) {
     EXPECT_EQ(std::memcmp(destination.get()->pixels, "\x32\x3c\x46\x46\x40\x7f\x0a\x46\x0a\x00\x0a\x46", 12), 0);
 }
 
+// The colour's alpha is overwritten with the applied opacity (except in
+// colour mode, which keeps the colour's own alpha for the saturation).
 TEST(BlendWithColor, MapMatchesPerPixelBlendInEveryMode) {
     for (VokBlendMode mode = 0; mode <= 30; ++mode) {
         TestBitmap bitmap = boundary_bitmap(9, 7, mode + 7), expected(bitmap);
         VokColor color = rgba(200, 90, 30, 17), applied = color;
         float hsl[3];
         VokColorRGB2HSL(&color, hsl);
-        if (mode != kVokBlendColor) applied.alpha = 153;  // floor(0.6 * 255 + 0.5)
-        for (uint32_t i = 0; i < 63; ++i) {
-            if (mode == kVokBlendColor)
-                VokColorBlendColorMode(&expected.at(i % 9, i / 9), hsl, 17, 0.6f);
-            else
-                VokColorBlendEmbededAlpha(&expected.at(i % 9, i / 9), &applied, mode);
-        }
-        (mode % 2 ? VokBitmapBlend : VokBitmapBlendWithColor)(bitmap.get(), &color, mode, 0.6f);
+        if (mode != kVokBlendColor) applied.alpha = 128;  // 127.5 rounds half up
+        for (uint32_t i = 0; i < 63; ++i)
+            mode == kVokBlendColor ? VokColorBlendColorMode(&expected.at(i % 9, i / 9), hsl, 17, 0.5f)
+                                   : VokColorBlendEmbededAlpha(&expected.at(i % 9, i / 9), &applied, mode);
+        (mode % 2 ? VokBitmapBlend : VokBitmapBlendWithColor)(bitmap.get(), &color, mode, 0.5f);
         ASSERT_EQ(bitmap.bytes(), expected.bytes()) << "mode " << mode;
         EXPECT_EQ(color.alpha, applied.alpha);
     }
-    VokColor color = rgba(1, 2, 3, 4);
-    TestBitmap one(1, 1);
-    VokBitmapBlendWithColor(one.get(), &color, kVokBlendScreen, 0.5f);
-    EXPECT_EQ(color.alpha, 128);
+}
+
+TEST(ColorMatrix, ProductOrderAndBuilders) {
+    auto entries = [](const VokColorMatrix &m) { return std::vector<float>(m.m, m.m + 12); };
+    VokColorMatrix a, offset = {{1, 0, 0, 10, 0, 1, 0, 20, 0, 0, 1, 30}}, swap = {{0, 1, 0, 1, 0, 0, 1, 2, 1, 0, 0, 3}};
+    VokColorMatrixSetIdentity(&a);
+    VokColorMatrixBrightness(&a, 2.0f);
+    VokColorMatrixMultiply(&a, &offset);  // the offset first, then the scale: 2 (x + o)
+    EXPECT_EQ(entries(a), std::vector<float>({2, 0, 0, 20, 0, 2, 0, 40, 0, 0, 2, 60}));
+    VokColorMatrixMultiply(&swap, &swap);  // one record on both sides
+    EXPECT_EQ(entries(swap), std::vector<float>({0, 0, 1, 3, 1, 0, 0, 5, 0, 1, 0, 4}));
+    VokColorMatrixCopy(&a, &VokColorMatrixIdentity);
+    VokColorMatrixBrightnessContrast(&a, 0.5f, 2.0f);  // 0.5 (2 (x - 128) + 128)
+    VokColorMatrixContrast(&a, 0.5f);                   // pivot 128, not 127.5
+    EXPECT_EQ(entries(a), std::vector<float>({1.5f, 0, 0, -128, 0, 1.5f, 0, -128, 0, 0, 1.5f, -128}));
+
+    TestBitmap red(1, 1);
+    red.at(0, 0) = rgba(255, 0, 0, 60);
+    VokColorMatrix grey = VokColorMatrixIdentity;
+    VokColorMatrixAdjSaturation(&grey, 0.0f);
+    VokBitmapColorMatrixTransform(red.get(), &grey);
+    EXPECT_EQ(red.at(0, 0), rgba(54, 54, 54, 60));  // 54.315 rounds to 54
+}
+
+// Both paths (a table for a diagonal matrix, per pixel and vector rows
+// otherwise) against the plain per-pixel rule, in every mode. The offset-only
+// matrices pin the byte conversion (254.5 -> 255, -0.5 -> 0, NaN -> 0) on
+// the table path (cross term 0 or -0) and the per-pixel one (1e-30).
+TEST(ColorMatrixTransform, EveryPathMatchesThePerPixelRule) {
+    const VokColorMatrix matrices[] = {
+        VokColorMatrixIdentity, {{1.3f, 0, 0, -12, 0, 0.8f, 0, 30, 0, 0, -1, 255}},
+        {{0.5f, 0.5f, 0, 0, 0.2f, 0.7f, 0.1f, 5, 0, -0.25f, 1.75f, -5}}, {{0, 0, 0, 300, 0, 0, 0, -0.5f, 0, 0, 0, NAN}},
+        {{0, -0.0f, 0, 254.5f, 0, 0, 0, 254.49f, 0, 0, 0, INFINITY}}, {{0, 1e-30f, 0, -INFINITY, 0, 0, 0, 0.5f, 0, 0, 0, NAN}}};
+    for (const VokColorMatrix &m : matrices) {
+        TestBitmap plain = boundary_bitmap(kWidth, 5, 2), original(plain);
+        VokBitmapColorMatrixTransform(plain.get(), &m);
+        for (uint32_t i = 0; i < kPixels; ++i) {
+            const VokColor &o = original.at(i % kWidth, i / kWidth);
+            ASSERT_EQ(plain.at(i % kWidth, i / kWidth), image_of(m, o, o.alpha)) << i << " " << m.m[3];
+        }
+        // Opacity 2 wraps: 510 & 255 = 254; opacity 0 changes nothing.
+        for (float opacity : {1.0f, 0.8313f, 2.0f, 0.0f})
+            for (VokBlendMode mode = 0; mode <= 30; ++mode) {
+                TestBitmap bitmap = boundary_bitmap(kWidth, 5, mode + 3), expected(bitmap);
+                const uint8_t alpha = static_cast<uint8_t>(static_cast<uint32_t>(opacity * 255.0f) & 255);
+                for (uint32_t i = 0; i < kPixels; ++i) {
+                    VokColor &e = expected.at(i % kWidth, i / kWidth);
+                    const VokColor image = image_of(m, e, alpha);
+                    VokColorBlendEmbededAlpha(&e, &image, mode);
+                }
+                VokBitmapColorMatrixTransformAndBlendWithOriginal(bitmap.get(), &m, mode, opacity);
+                ASSERT_EQ(bitmap.bytes(), expected.bytes()) << "mode " << mode << " opacity " << opacity;
+            }
+    }
 }

@@ -1,276 +1,209 @@
-// Processor runners: each success path against the engine call it must make,
-// each failure path with its message, and the strength rules.
+// Processor runners, each step run by name on a random bitmap: successes against the engine call
+// they must make (which pins each strength rule), failures with their exact message, pixels kept.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
-#include "support/effect_checks.h"
+#include "support/bitmaps.h"
+#include "support/json_doc.h"
 
-using vok_test::Effect;
-using vok_test::expect_failure;
-using vok_test::expect_same_as_engine;
-using vok_test::LogCapture;
-using vok_test::one_step;
-using vok_test::params_with;
+using vok_test::Lines;
 using vok_test::TestBitmap;
 
 namespace {
 
-// r: a brightening curve, g: inverted, b: identity.
-std::string histmap_json(VokHistMap *map) {
-    std::string r, g, b;
-    for (int i = 0; i < 256; ++i) {
-        const int rv = i + (255 - i) / 3;
-        map->table[0][i] = static_cast<uint8_t>(rv);
-        map->table[1][i] = static_cast<uint8_t>(255 - i);
-        map->table[2][i] = static_cast<uint8_t>(i);
-        const char *sep = i ? "," : "";
-        r += sep + std::to_string(rv);
-        g += sep + std::to_string(255 - i);
-        b += sep + std::to_string(i);
-    }
-    return R"({"r":[)" + r + R"(],"g":[)" + g + R"(],"b":[)" + b + "]}";
-}
+// Two colour and two opacity stops, as JSON and built directly; a fresh gradient for each flare, which
+// scales the opacities in place.
+const std::string kStops = R"("colors":[{"color":{"r":20,"g":40,"b":200,"a":255},"location":0},
+    {"color":{"r":250,"g":180,"b":10,"a":255},"location":100}],"opacities":[{"opacity":1,"location":0},{"opacity":0.5,"location":100}])";
+struct TwoStops {
+    VokColorStop colors[2] = {{{20, 40, 200, 255}, 0.0}, {{250, 180, 10, 255}, 100.0}};
+    VokOpacityStop opacities[2] = {{1.0, 0.0}, {0.5, 100.0}};
+    VokGradient g{colors, opacities, 2, 2};
+};
 
 }  // namespace
 
-TEST(TonalProcessors, HistogramMappingFadesTheMapByStrength) {
-    VokHistMap map;
-    const std::string json = histmap_json(&map);
-    expect_same_as_engine("histogramMapping", R"({"histMap":)" + json + "}", 0.6,
-                          [&](VokBitmap *b) {
-                              VokHistMap faded = map;
-                              VokHistMapFade(&faded, 0.6);
-                              VokBitmapHistogramTransform(b, &faded);
-                          });
-    expect_failure("histogramMapping", R"({"histMap":[]})",
-                   "HistMap Processor failed: histMap dne or is not an object.");
-    expect_failure("histogramMapping", R"({"histMap":{"r":[],"g":[],"b":[]}})",
-                   "HistMap Processor failed: r, g, or b is an array of the wrong length.");
-    LogCapture log;
-    EXPECT_EQ(TESKRunHistogramMappingProcessor(nullptr, nullptr, nullptr), 0);
-    EXPECT_TRUE(log.only("HistMap Processor failed: params dne or is not an object."));
-}
-
-TEST(TonalProcessors, IntensityMapAppliesStrengthTwice) {
-    VokHistMap map;
-    const std::string json = histmap_json(&map);
-    expect_same_as_engine("intensityMap",
-                          R"({"histMap":)" + json + R"(,"alpha":0.8,"blendMode":"overlay"})",
-                          0.5, [&](VokBitmap *b) {
-                              VokHistMap faded = map;
-                              VokHistMapFade(&faded, 0.5);
-                              VokBitmapIntensityMap(b, &faded, 1, 0.8 * 0.5);
-                          });
-    expect_failure("intensityMap", R"({"histMap":)" + json + "}",
-                   "HistMap Processor failed: histMap or alpha missing or problematic.");
-    expect_failure("intensityMap", R"({"histMap":{},"alpha":1})",
-                   "HistMap Processor failed: r,g, or b is missing or is not an array.");
-}
-
-TEST(TonalProcessors, GammaAndContrastMixTowardOne) {
-    expect_same_as_engine("gamma", R"({"value":2.2})", 0.5,
-                          [](VokBitmap *b) { VokBitmapGamma(b, 1.6f); });
-    expect_same_as_engine("gamma", R"({"value":0.5})", 1.0,
-                          [](VokBitmap *b) { VokBitmapGamma(b, 0.5f); });
-    expect_same_as_engine("contrast", R"({"value":1.8})", 0.25, [](VokBitmap *b) {
-        VokBitmapContrastCurve(b, 0.25f * 1.8f + 0.75f * 1.0f);
-    });
-    expect_failure("gamma", R"({"value":"2"})", "Gamma Processor failed: value is missing.");
-    expect_failure("contrast", "{}", "Contrast Processor failed: value is missing.");
-    // At strength 0 the factor is exactly 1, whatever the value.
-    vok_test::StepRun run("gamma", R"({"value":3.7})", 0.0);
-    VokBitmapGamma(run.original.get(), 1.0f);
-    EXPECT_EQ(run.bitmap.bytes(), run.original.bytes());
-}
-
-TEST(ColorProcessors, ColorMatrixAppliesStrengthInsideOperations) {
-    expect_same_as_engine(
-        "colorMatrixTransform",
-        R"({"operations":[{"operation":"brightness","value":1.2},
-                          {"operation":"contrast","value":1.5},
-                          {"operation":"saturation","value":0.4}],
-            "alpha":0.7,"blendMode":"multiply"})",
-        0.5, [](VokBitmap *b) {
-            VokColorMatrix m;
-            VokColorMatrixSetIdentity(&m);
-            VokColorMatrixBrightness(&m, 0.5f * 1.2f + 0.5f);
-            VokColorMatrixContrast(&m, (0.5f * 1.5f + 0.5f) - 1.0f);
-            VokColorMatrixAdjSaturation(&m, 0.5f * 0.4f + 0.5f);
-            VokBitmapColorMatrixTransformAndBlendWithOriginal(b, &m, 5, 0.7f);
-        });
-    // hardSet replaces what came before; gain and strength scale it, and the
-    // diagonal gets (1 - strength).
-    const std::string entries = "[0.5,0.25,0,10, 0,1,0.5,-20, 0.125,0,0.75,5]";
-    expect_same_as_engine(
-        "colorMatrixTransform",
-        R"({"operations":[{"operation":"saturation","value":0},
-                          {"operation":"hardSet","entries":)" + entries + R"(,"gain":2}]})",
-        0.75, [](VokBitmap *b) {
-            const double e[12] = {0.5, 0.25, 0, 10, 0, 1, 0.5, -20, 0.125, 0, 0.75, 5};
-            VokColorMatrix m;
-            for (int k = 0; k < 12; ++k) {
-                m.m[k] = static_cast<float>(0.75 * e[k] * 2.0 +
-                                            (k == 0 || k == 5 || k == 10 ? 0.25 : 0.0));
+TEST(Processors, RunAsTheirEngineCallsOrFailWithTheirMessage) {
+    // A histogram map: r brightened, g inverted and `g_length` long, b halved with entry 10 replaced by `b10`.
+    VokHistMap map, faded;
+    auto histmap = [&map](int g_length = 256, const std::string &b10 = "5") {
+        std::string s[3];
+        for (int i = 0; i < 256; ++i) {
+            const int v[3] = {(i + 255) / 2, 255 - i, i / 2};
+            for (int c = 0; c < 3; ++c) {
+                map.table[c][i] = static_cast<uint8_t>(v[c]);
+                if (c != 1 || i < g_length) s[c] += (i ? "," : "") + (c == 2 && i == 10 ? b10 : std::to_string(v[c]));
             }
-            VokBitmapColorMatrixTransformAndBlendWithOriginal(b, &m, 0, 1.0f);
-        });
-    // At strength 0 a hardSet is the identity: pixels stay.
-    vok_test::StepRun identity("colorMatrixTransform", R"({"operations":[{"operation":"hardSet",
-        "entries":)" + entries + "}]}", 0.0);
-    EXPECT_EQ(identity.result, 1);
-    EXPECT_TRUE(identity.unchanged);
-    const std::string invalid = "Color Matrix Processor failed: invalid entry in operations array.";
-    const std::string hard = "Color Matrix Processor failed: invalid entries val for hardSet operation.";
-    expect_failure("colorMatrixTransform", R"({"operations":{}})",
-                   "Color Matrix Processor failed: operations dne or is not an array.");
-    expect_failure("colorMatrixTransform", R"({"operations":[{"value":1}]})", invalid);
-    expect_failure("colorMatrixTransform", R"({"operations":[{"operation":"contrast"}]})",
-                   invalid);
-    expect_failure("colorMatrixTransform",
-                   R"({"operations":[{"operation":"brightness","value":1.5},
-                                     {"operation":"hue","value":1}]})",
-                   "Color Matrix Processor failed: Operation 'hue' not found.");
-    expect_failure("colorMatrixTransform",
-                   R"({"operations":[{"operation":"hardSet","entries":[1,0,0,0,0,1,0,0,0,0,1]}]})",
-                   hard);
-    expect_failure("colorMatrixTransform",
-                   R"({"operations":[{"operation":"hardSet",
-                                      "entries":[1,0,0,0,0,1,0,0,0,0,1,"0"]}]})",
-                   hard);
-    LogCapture log;
-    EXPECT_EQ(TESKRunColorMatrixTransformProcessor(nullptr, nullptr, nullptr), 0);
-    EXPECT_TRUE(log.only("Color Matrix Processor failed: params dne or is not an object."));
-}
-
-TEST(EffectRun, LaterStepsSeeEarlierOnesAndFailuresDoNotStopTheRun) {
-    TestBitmap runner(8, 8), direct(8, 8);
-    runner.randomize(21);
-    direct.randomize(21);
-    const VokEffectParams params = params_with(1.0);
-    Effect effect(R"({"identifier":"t","processors":[
-        {"name":"gamma","parameters":{"value":1.5}},
-        {"name":"nope","parameters":{}},
-        {"name":"contrast","parameters":{"value":1.3}}]})");
-    LogCapture log;
-    EXPECT_EQ(TESKRunEffect(effect.get(), runner.get(), &params), 1);
-    EXPECT_TRUE(log.only("No processor found with name: nope"));
-    VokBitmapGamma(direct.get(), 1.5f);
-    VokBitmapContrastCurve(direct.get(), 1.3f);
-    EXPECT_EQ(runner.bytes(), direct.bytes());
-}
-
-TEST(ColorProcessors, BlendWithColorScalesAlphaAndDefaultsMode) {
-    expect_same_as_engine("blendWithColor", R"({"color":{"r":200,"g":30,"b":90,"a":255},
-                          "alpha":0.5})", 0.8, [](VokBitmap *b) {
-        VokColor c{200, 30, 90, 255};
-        VokBitmapBlendWithColor(b, &c, 0, static_cast<float>(0.5 * 0.8));
-    });
-    expect_same_as_engine("blendWithColor", R"({"color":{"r":10,"g":130,"b":250,"a":255},
-                          "alpha":1e999,"blendMode":"multiply"})", 0.7, [](VokBitmap *b) {
-        VokColor c{10, 130, 250, 255};
-        VokBitmapBlendWithColor(b, &c, 5, static_cast<float>(1.0 * 0.7));
-    });
-    expect_failure("blendWithColor", R"({"color":{"r":1,"g":1,"b":1,"a":1}})",
-                   "BlendWithColor Processor failed: color, blendMode, or alpha param is missing.");
-    expect_failure("blendWithColor", R"({"color":{"r":1,"g":1,"b":1,"a":300},"alpha":1})",
-                   "Error in color to vok color conversion: r,g,b,a outside of [0,255] range.");
-    LogCapture log;
-    EXPECT_EQ(TESKRunBlendWithColorProcessor(nullptr, nullptr, nullptr), 0);
-    EXPECT_TRUE(log.only("BlendWithColor Processor failed: params dne or is not an object."));
-}
-
-TEST(DetailProcessors, NoiseScalesIntensityAndPassesTheSeed) {
-    expect_same_as_engine("noise", R"({"intensity":40})", 0.5,
-                          [](VokBitmap *b) { VokBitmapAddNoise(b, 20.0f, 1234u); }, 1234);
-    expect_same_as_engine("noise", R"({"intensity":25})", 1.0,
-                          [](VokBitmap *b) { VokBitmapAddNoise(b, 25.0f, 0xFFFFFFFFu); }, -1);
-    expect_failure("noise", R"({"amount":40})", "Intensity param is missing.");
-}
-
-TEST(AdjustableAlphaRun, MixesAFullStrengthRunBack) {
-    Effect effect(R"({"identifier":"t","processors":[
-        {"name":"gamma","parameters":{"value":2.5}},
-        {"name":"contrast","parameters":{"value":1.6}}]})");
-    TestBitmap source(9, 7);
-    source.randomize(17);
-    // Opaque, so that normal compositing at opacity 1 replaces the pixels.
-    for (uint32_t y = 0; y < 7; ++y) {
-        for (uint32_t x = 0; x < 9; ++x) source.at(x, y).alpha = 255;
-    }
-    TestBitmap full(source);
-    const VokEffectParams one = params_with(1.0, 5);
-    ASSERT_EQ(TESKRunEffect(effect.get(), full.get(), &one), 1);
-
-    for (const double strength : {0.0, 0.4, 1.0}) {
-        TestBitmap mixed(source);
-        const VokEffectParams params = params_with(strength, 5);
-        EXPECT_EQ(TESKRunAdjustableAlphaEffect(effect.get(), mixed.get(), &params), 1);
-        TestBitmap expected(source);
-        VokBitmapBlendBitmap(expected.get(), full.get(), 0, static_cast<float>(strength));
-        EXPECT_EQ(mixed.bytes(), expected.bytes()) << strength;
-        if (strength == 0.0) {
-            EXPECT_EQ(mixed.bytes(), source.bytes());
         }
-        if (strength == 1.0) {
-            // Equal to the plain run up to the compositing's rounding.
-            const auto a = mixed.bytes(), b = full.bytes();
-            for (size_t i = 0; i < a.size(); ++i) EXPECT_NEAR(a[i], b[i], 1) << i;
-        }
+        return R"({"histMap":{"r":[)" + s[0] + R"(],"g":[)" + s[1] + R"(],"b":[)" + s[2] + "]}";
+    };
+    const std::string hist = histmap();
+    auto fade = [&](double strength) { faded = map, VokHistMapFade(&faded, strength); };
+    const std::string vignette = R"({"color":{"r":10,"g":0,"b":40,"a":230},"blendMode":"multiply","shape":{"vignetteScale":0.8,
+        "shapeMode":"sharp","dx":0.1,"scaling":)";
+    auto border = [](uint8_t stretch, double scale) {
+        return [=](VokBitmap *b) { const VokBorderParams p{15, {10, 0, 40, 230}, 5, 1, stretch, scale, 0.1, 0, 0}; VokBorders(b, &p); };
+    };
+    TwoStops stops;
+    const VokGradientShapeParams placed{0, 1.5, 0.3f, 0.6f, static_cast<float>(30.0f * 0.017453292519943295), 0, 1, 0, 0};
+    const std::string place = kStops + R"(,"scale":1.5,"xCenter":0.3,"yCenter":0.6,"angle":30,)";
+    const std::string grad = R"({"gradient":{)" + kStops + "},", one = R"({"color":{"r":1,"g":1,"b":1,"a":1})";
+    const std::string flare = R"({"dx":0.4,"dy":0.6,"dsx":1.5,"dsy":0.75,"fScale":0.8,"color":{"r":255,"g":200,"b":120,"a":255},)";
+    const std::string no_blend = "4 Missing blend mode. Defaulting to normal.", matrix = "3 Color Matrix Processor failed: ";
+    const std::string no_shape = "3 vokBorderPopoulateWithShapeTypeVal failed: some params are incorrect or missing.";
+    const std::string no_amount = "3 Sharpness Processor failed: amount, blendMode, or alpha param is missing.";
+    const std::string hm = "3 HistMap Processor failed: ", entry = hm + "r, g, or b array entry is invalid (must be an integer in [0,255].";
+    const std::string stop = "3 Error in vokGradientfromColorsValAndOpacitiesVal: missing or errant ";
+    struct Case {  // no engine: the pixels stay
+        const char *name; std::string parameters; Lines log; int result = 0; double strength = 1.0;
+        std::function<void(VokBitmap *)> engine = nullptr; int32_t seed = 0;
+    };
+    const Case cases[] = {
+        {"histogramMapping", hist + "}", {}, 1, 0.6, [&](VokBitmap *b) { fade(0.6), VokBitmapHistogramTransform(b, &faded); }},
+        {"histogramMapping", R"({"histMap":[]})", {hm + "histMap dne or is not an object."}},
+        {"histogramMapping", histmap(255) + "}", {hm + "r, g, or b is an array of the wrong length."}},
+        {"histogramMapping", histmap(256, "12.0") + "}", {entry}}, {"histogramMapping", histmap(256, "256") + "}", {entry}},
+        {"histogramMapping", histmap(256, "-1") + "}", {entry}}, {"histogramMapping", histmap(256, "\"3\"") + "}", {entry}},
+        {"histogramMapping", R"({"histMap":{"r":[],"g":[]}})", {hm + "r,g, or b is missing or is not an array."}},
+        {"intensityMap", R"({"histMap":{"r":{},"g":[],"b":[]},"alpha":1})", {hm + "r,g, or b is missing or is not an array."}},
+        {"intensityMap", hist + R"(,"alpha":0.8,"blendMode":"overlay"})", {}, 1, 0.5,
+         [&](VokBitmap *b) { fade(0.5), VokBitmapIntensityMap(b, &faded, 1, 0.8 * 0.5); }},
+        {"intensityMap", hist + "}", {hm + "histMap or alpha missing or problematic."}},
+        {"gamma", R"({"value":2.2})", {}, 1, 0.5, [](VokBitmap *b) { VokBitmapGamma(b, 1.6f); }},
+        {"contrast", R"({"value":3})", {}, 1, 0.25, [](VokBitmap *b) { VokBitmapContrastCurve(b, 1.5f); }},
+        {"gamma", R"({"value":"2"})", {"3 Gamma Processor failed: value is missing."}},
+        {"contrast", "{}", {"3 Contrast Processor failed: value is missing."}},
+        // The strength acts inside each operation, not on the opacity.
+        {"colorMatrixTransform", R"({"operations":[{"operation":"brightness","value":1.2},{"operation":"contrast","value":1.5},
+            {"operation":"saturation","value":0.4}],"alpha":0.7,"blendMode":"multiply"})", {}, 1, 0.5, [](VokBitmap *b) {
+             VokColorMatrix m = VokColorMatrixIdentity;
+             VokColorMatrixBrightness(&m, 1.1f), VokColorMatrixContrast(&m, 0.25f), VokColorMatrixAdjSaturation(&m, 0.7f);
+             VokBitmapColorMatrixTransformAndBlendWithOriginal(b, &m, 5, 0.7f);
+         }},
+        // hardSet replaces what came before by 0.75 * gain * entries, plus 0.25 on the diagonal; strength 0 keeps all.
+        {"colorMatrixTransform", R"({"operations":[{"operation":"saturation","value":0},{"operation":"hardSet",
+            "entries":[0.5,0.25,0,10, 0,1,0.5,-20, 0.125,0,0.75,5],"gain":2}]})", {}, 1, 0.75, [](VokBitmap *b) {
+             const VokColorMatrix m{{1.0f, 0.375f, 0, 15, 0, 1.75f, 0.75f, -30, 0.1875f, 0, 1.375f, 7.5f}};
+             VokBitmapColorMatrixTransformAndBlendWithOriginal(b, &m, 0, 1.0f);
+         }},
+        {"colorMatrixTransform", R"({"operations":[{"operation":"hardSet","entries":[2,0,0,9, 0,2,0,9, 0,0,2,9]}]})", {}, 1, 0},
+        {"colorMatrixTransform", R"({"operations":{}})", {matrix + "operations dne or is not an array."}},
+        {"colorMatrixTransform", R"({"operations":[{"value":1}]})", {matrix + "invalid entry in operations array."}},
+        {"colorMatrixTransform", R"({"operations":[{"operation":"contrast"}]})", {matrix + "invalid entry in operations array."}},
+        {"colorMatrixTransform", R"({"operations":[{"operation":"gamma","value":1}]})", {matrix + "Operation 'gamma' not found."}},
+        {"colorMatrixTransform", R"({"operations":[{"operation":"hardSet","entries":[1,0,0,0,0,1,0,0,0,0,1]}]})",
+         {matrix + "invalid entries val for hardSet operation."}},
+        {"blendWithColor", R"({"color":{"r":200,"g":30,"b":90,"a":255},"alpha":0.5})", {no_blend}, 1, 0.8,
+         [](VokBitmap *b) { VokColor c{200, 30, 90, 255}; VokBitmapBlendWithColor(b, &c, 0, 0.4f); }},
+        {"blendWithColor", one + "}", {"3 BlendWithColor Processor failed: color, blendMode, or alpha param is missing."}},
+        {"blendWithColor", R"({"color":{"r":1,"g":1,"b":1,"a":300},"alpha":1})",
+         {"3 Error in color to vok color conversion: r,g,b,a outside of [0,255] range."}},
+        {"noise", R"({"intensity":40})", {}, 1, 0.5, [](VokBitmap *b) { VokBitmapAddNoise(b, 20.0f, 1234u); }, 1234},
+        {"noise", R"({"intensity":25})", {}, 1, 1.0, [](VokBitmap *b) { VokBitmapAddNoise(b, 25.0f, 0xFFFFFFFFu); }, -1},
+        {"noise", R"({"amount":40})", {"3 Intensity param is missing."}},
+        {"adjustments", R"({"brightness":30,"contrast":-20,"warmth":40,"saturation":50,"alpha":0.9,"blendMode":"normal"})", {},
+         1, 0.5, [](VokBitmap *b) { VokToolAdjustBrightnessContrastWarmthSaturationProcessor(b, 30, -20, 40, 50, 0, 0.45f); }},
+        {"adjustments", R"({"brightness":1e999,"contrast":1e999,"warmth":1e999,"saturation":60,"alpha":1e999,
+            "blendMode":"Multiply"})", {"3 Alpha is not a float. Defaulting to 1.0", "3 brightness is not a float. Defaulting to 0.0",
+            "3 Contrast is not a float. Defaulting to 0.0", "3 Warmth is not a float. Defaulting to 0.0",
+            "4 No blend mode found with name: Multiply. Defaulting to normal."}, 1, 0.5,
+         [](VokBitmap *b) { VokToolAdjustBrightnessContrastWarmthSaturationProcessor(b, 0, 0, 0, 60, 0, 1.0f); }},
+        {"adjustments", R"({"brightness":1,"contrast":1,"warmth":1,"saturation":1,"alpha":1})", {no_amount}},
+        {"sharpness", R"({"amount":2.5,"alpha":0.8,"blendMode":"screen"})", {}, 1, 0.5,
+         [](VokBitmap *b) { VokConvolutionProcessorSharpenAndBlendWithOriginal(b, 2.5f, 0.4f, 3); }},
+        {"sharpness", R"({"amount":2.5,"blendMode":"screen"})", {no_amount}},
+        // A weaker strength pushes the vignette out (strength 0 out of sight); the scale is relative to each side
+        // when stretched, else to the mean or the larger side in pixels.
+        {"vignette", vignette + R"("stretch"}})", {}, 1, 0.5, border(1, 0.8 / (0.5 + 1e-8))},
+        {"vignette", vignette + R"("average"}})", {}, 1, 0.5, border(0, 0.8 * 0.5 * (13 + 9) / (0.5 + 1e-8))},
+        {"vignette", vignette + R"("max"}})", {}, 1, 0.25, border(0, 13 * 0.8 / (0.25 + 1e-8))},
+        {"vignette", vignette + R"("stretch"}})", {}, 1, 0.0},
+        {"vignette", vignette + R"("Max"}})", {"3 Borders Vignette Processor failed: scaling mode Max not defined\n\\"}},
+        {"vignette", one + "}", {"3 Borders Vignette Processor failed: some params are incorrect or missing."}},
+        {"vignette", one + R"(,"blendMode":"normal","shape":{"vignetteScale":1}})", {no_shape}},
+        // The strength scales the colour's alpha (127.5 truncated), except for the finger flare.
+        {"flare", flare + R"("blendMode":"screen","type":"gaussianThing2"})", {}, 1, 0.5,
+         [](VokBitmap *b) { VokFlare(b, 0.8f, {255, 200, 120, 127}, 2, 0.4f, 0.6f, 1.5f, 0.75f, 3, 0.5); }},
+        {"flare", flare + R"("blendMode":"screen","type":"fingerFlare"})", {}, 1, 0.5,
+         [](VokBitmap *b) { VokFlare(b, 0.8f, {255, 200, 120, 255}, 14, 0.4f, 0.6f, 1.5f, 0.75f, 3, 0.5); }},
+        {"flare", flare + R"("blendMode":"screen","type":"diamondFlare"})", {"3 No flare type found with name: diamondFlare\n"}},
+        {"flare", flare + R"("type":"sinc"})", {"3 Flare Processor failed: some params are incorrect or missing."}},
+        {"gradient", "{" + place + R"("alpha":0.9,"gradientShape":"linear","blendMode":"overlay"})", {}, 1, 0.5,
+         [&](VokBitmap *b) { VokGradientApply(b, &placed, &stops.g, 1, 0.45f); }},
+        // The vignette block of a gradient sees strength 1 and no epsilon.
+        {"gradient", "{" + place + R"("alpha":1,"gradientShape":"linearVignette","vignetteShape":{"vignetteScale":0.6,
+            "scaling":"stretch","shapeMode":"sharp","dx":0.2,"dy":-0.1}})", {no_blend}, 1, 0.75, [&](VokBitmap *b) {
+             const VokGradientShapeParams p{2, placed.scale, placed.xCenter, placed.yCenter, placed.angle, 1, 0.6, 0.2, -0.1};
+             VokGradientApply(b, &p, &stops.g, 0, 0.75f);
+         }},
+        {"gradient", "{" + place + R"("gradientShape":"linear"})", {"3 Gradient Processor failed: something is missing."}},
+        {"gradient", "{" + place + R"("alpha":1,"gradientShape":"Radial"})", {matrix + "shape mode 'Radial' not found."}},
+        {"gradient", "{" + place + R"("alpha":1,"gradientShape":"linearVignette","blendMode":"normal"})", {no_shape}},
+        {"gradientMap", grad + R"("alpha":0.8,"gradientVariable":"maxChannel","invertGradient":"true","blendMode":"overlay"})",
+         {}, 1, 0.5, [&](VokBitmap *b) { VokGradientMapApply(b, &stops.g, 5, 1, 1, 0.4); }},
+        {"gradientMap", grad + R"("gradientVariable":"Chroma","invertGradient":true})", {"3 Alpha not a float.  Defaulting to 0.0.",
+            "3 Gradient Variable doesn't match.  Defaulting to intensity.", no_blend}, 1},
+        {"gradientMap", R"({"alpha":1})", {"3 vokGradientfromColorsValAndOpacitiesVal failed: opacities or colors is not an array"}},
+        {"gradientMap", R"({"gradient":{"colors":[],"opacities":[{"opacity":"1","location":0}]}})", {stop + "opacity or location."}},
+        // The aspect mode falls back to fill although the message says Stretch.
+        {"gradientFlare", grad + R"("alpha":0.8,"gradientShapeType":"circle","invertGradient":"true","aspectMode":"Fit",
+            "gradientTransform":[1.5,0,0,0.1, 0,1,"x",0, 0,0,1,0, 0,0,0,1],"gradientParams":[0.5,0.25,"y",0,0,0,0,0,0,0,0,0,0,0,0,0],
+            "gradientWrapMode":"repeat","blendMode":"screen"})", {"3 Aspect Mode doesn't match.  Defaulting to Stretch.",
+            "3 Entries in the gradient transform matrix must be floats.", "3 Entries in the gradient parameters matrix must be floats."},
+         1, 0.5, [](VokBitmap *b) {
+             double t[16] = {1.5, 0, 0, 0.1, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, p[16] = {0.5, 0.25};
+             TwoStops g;
+             VokGradientFlareParams r{2, p, t, 1, &g.g, 1, 1, 3, 0.8 * 0.5, 0};
+             VokGradientFlareApply(b, &r);
+         }},
+        // A boolean true does not invert.
+        {"gradientFlare", grad + R"("alpha":1,"invertGradient":true,"aspectMode":7,"gradientTransform":[1],
+            "gradientWrapMode":"Clamp"})", {"3 Shape not a string.  Defaulting to Line.", "3 Aspect Mode not a string.  Defaulting to Stretch.",
+            "3 error: gradient transform must be a 16 length float array.  Defaulting to Identity.",
+            "3 error: gradient params must be a 16 length float array.  Defaulting to Zeros.",
+            "3 Wrap mode doesn't match.  Defaulting to clamp.", no_blend}, 1, 1.0, [](VokBitmap *b) {
+             double t[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, p[16] = {};
+             TwoStops g;
+             VokGradientFlareParams r{1, p, t, 1, &g.g, 0, 0, 0, 1.0, 0};
+             VokGradientFlareApply(b, &r);
+         }},
+        {"gradientFlare", R"({"gradient":{"colors":[{"location":0}],"opacities":[]}})", {stop + "color or location."}},
+        {"legacyProcessor", "{}", {"3 Legacy Processor failed: legacy border name is incorrect or missing."}},
+    };
+    for (const auto &c : cases) {
+        TestBitmap bitmap(13, 9);
+        bitmap.randomize(11);
+        TestBitmap expected(bitmap);
+        const VokEffectParams params = vok_test::params_with(c.strength, c.seed);
+        vok_test::Effect effect(R"({"identifier":"t","processors":[{"name":")" + std::string(c.name) + R"(","parameters":)" +
+                                c.parameters + "}]}");
+        vok_test::LogCapture log;
+        EXPECT_EQ(TESKRunEffect(effect.get(), bitmap.get(), &params), c.result) << c.parameters;
+        EXPECT_EQ(vok_test::lines(log), c.log) << c.parameters;
+        EXPECT_EQ(bitmap.bytes() == expected.bytes(), !c.engine) << c.parameters;
+        if (c.engine) c.engine(expected.get());
+        EXPECT_EQ(bitmap.bytes(), expected.bytes()) << c.parameters;
     }
-    // A failing effect still mixes (a copy of itself) and reports the failure.
-    Effect failing(one_step("gamma", "{}"));
-    TestBitmap bitmap(source);
-    const VokEffectParams half = params_with(0.5);
-    LogCapture log;
-    EXPECT_EQ(TESKRunAdjustableAlphaEffect(failing.get(), bitmap.get(), &half), 0);
-    EXPECT_TRUE(log.only("Gamma Processor failed: value is missing."));
-    EXPECT_EQ(TESKRunAdjustableAlphaEffect(failing.get(), nullptr, &half), 0);
-}
-
-TEST(TonalProcessors, AdjustmentsScaleOnlyTheOpacity) {
-    expect_same_as_engine(
-        "adjustments",
-        R"({"brightness":30,"contrast":-20,"warmth":40,"saturation":50,"alpha":0.9,
-            "blendMode":"normal"})",
-        0.5, [](VokBitmap *b) {
-            VokToolAdjustBrightnessContrastWarmthSaturationProcessor(b, 30, -20, 40, 50, 0,
-                                                                     static_cast<float>(0.9 * 0.5));
-        });
-    {
-        // Unreadable doubles default with their messages, in this order.
-        TestBitmap runner(7, 7), direct(7, 7);
-        runner.randomize(4);
-        direct.randomize(4);
-        const VokEffectParams params = params_with(0.5);
-        Effect effect(one_step("adjustments", R"({"brightness":1e999,"contrast":1e999,
-            "warmth":1e999,"saturation":60,"alpha":1e999,"blendMode":"Multiply"})"));
-        LogCapture log;
-        EXPECT_EQ(TESKRunEffect(effect.get(), runner.get(), &params), 1);
-        const char *expected[] = {"Alpha is not a float. Defaulting to 1.0",
-                                  "brightness is not a float. Defaulting to 0.0",
-                                  "Contrast is not a float. Defaulting to 0.0",
-                                  "Warmth is not a float. Defaulting to 0.0",
-                                  "No blend mode found with name: Multiply. Defaulting to normal."};
-        ASSERT_EQ(log.messages().size(), 5u);
-        for (int i = 0; i < 5; ++i) {
-            EXPECT_EQ(log.messages()[i].text, expected[i]);
-            EXPECT_EQ(log.messages()[i].priority, i == 4 ? 4 : 3);
-        }
-        VokToolAdjustBrightnessContrastWarmthSaturationProcessor(direct.get(), 0, 0, 0, 60, 0,
-                                                                 1.0f);
-        EXPECT_EQ(runner.bytes(), direct.bytes());
+    // Parameters that are no object reach the runners only directly; the automatic-colours runner is
+    // outside the name table and has no automatic colours yet.
+    const struct { int (*run)(VokJsonValue, VokBitmap *, const VokEffectParams *); const char *parameters, *message; } direct[] = {
+        {TESKRunHistogramMappingProcessor, "3", "HistMap Processor failed: params dne or is not an object."},
+        {TESKRunColorMatrixTransformProcessor, "null", "Color Matrix Processor failed: params dne or is not an object."},
+        {TESKRunBlendWithColorProcessor, "1", "BlendWithColor Processor failed: params dne or is not an object."},
+        {TESKRunVignetteProcessor, "1", "Borders Vignette Processor failed: params dne or is not an object."},
+        {TESKRunFlareProcessor, "1", "Flare Processor failed: params dne or is not an object."},
+        {TESKRunLegacyProcessor, "[]", "Legacy Processor failed: params dne or is not an object."},
+        {TESKRunAutoColorsFadeMaxProcessor, R"({"color":{"r":1,"g":2,"b":3,"a":4}})",
+         "AutoColorsFadeMax processor is not available yet: automatic colours are not built."},
+    };
+    TestBitmap bitmap(2, 2);
+    const VokEffectParams params = vok_test::params_with(1.0);
+    for (const auto &c : direct) {
+        vok_test::JsonValue v(c.parameters);
+        vok_test::LogCapture log;
+        EXPECT_EQ(c.run(v.get(), bitmap.get(), &params), 0) << c.message;
+        EXPECT_EQ(vok_test::lines(log), Lines{std::string("3 ") + c.message});
     }
-    expect_failure("adjustments",
-                   R"({"brightness":1,"contrast":1,"warmth":1,"saturation":1,"alpha":1})",
-                   "Sharpness Processor failed: amount, blendMode, or alpha param is missing.");
 }
-TEST(DetailProcessors, SharpnessScalesOnlyTheOpacity) {
-    expect_same_as_engine("sharpness", R"({"amount":2.5,"alpha":0.8,"blendMode":"screen"})", 0.5,
-                          [](VokBitmap *b) {
-                              VokConvolutionProcessorSharpenAndBlendWithOriginal(b, 2.5f, 0.4f, 3);
-                          });
-    expect_failure("sharpness", R"({"amount":2.5,"blendMode":"screen"})",
-                   "Sharpness Processor failed: amount, blendMode, or alpha param is missing.");
-}
-

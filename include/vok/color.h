@@ -63,6 +63,7 @@ VOK_API void VokColorBlend(VokColor *destination, const VokColor *source, VokBle
 VOK_API void VokColorBlendColorMode(VokColor *destination, const float *hsl, uint32_t alpha,
                                     float opacity);
 VOK_API void VokColorBlendInitMemozied(VokBlendMemo *memo, VokBlendMode mode);
+/* level is the opacity in 1/255 steps; levels above 255 are taken as 255. */
 VOK_API void VokColorBlendMemoized(VokColor *destination, const VokColor *source,
                                    uint32_t level, VokBlendMemo *memo);
 VOK_API int VokColorCompare(const VokColor *first, const VokColor *second);

@@ -1,14 +1,16 @@
-// Parsed JSON values for effect tests, obtained through the library's own
-// loader so tests need no JSON parser of their own.
+// Helpers of the effect suites: JSON parsed by the library's own loader,
+// effect parameters, and the captured log as lines.
 #ifndef VOK_TESTS_JSON_DOC_H
 #define VOK_TESTS_JSON_DOC_H
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include <yajl/yajl_tree.h>
 
-#include "vok/effects.h"
+#include "support/log_capture.h"
+#include "vok/vok_lite.h"
 
 namespace vok_test {
 
@@ -34,20 +36,27 @@ private:
 };
 
 // Any JSON value, kept alive inside a loaded wrapper document.
-class JsonValue {
+class JsonValue : Effect {
 public:
-    explicit JsonValue(const std::string &value)
-        : doc_(R"({"identifier":"t","processors":[],"v":)" + value + "}") {}
-    yajl_val get() const { return member(doc_.get(), "v"); }
-
-private:
-    Effect doc_;
+    explicit JsonValue(const std::string &value) : Effect(R"({"identifier":"t","processors":[],"v":)" + value + "}") {}
+    yajl_val get() const { return member(Effect::get(), "v"); }
 };
 
-// An effect of one processor with this name and parameter object text.
-inline std::string one_step(const std::string &name, const std::string &parameters) {
-    return R"({"identifier":"t","processors":[{"name":")" + name +
-           R"(","parameters":)" + parameters + "}]}";
+inline VokEffectParams params_with(double strength, int32_t seed = 0) {
+    VokEffectParams p;
+    VokEffectInitParams(&p);
+    p.strength = strength, p.seed = seed;
+    return p;
+}
+
+using Lines = std::vector<std::string>;
+
+// Each message as "priority text"; a foreign tag shows in front.
+inline Lines lines(const LogCapture &log) {
+    Lines out;
+    for (const auto &m : log.messages())
+        out.push_back((m.tag == "vok-lite" ? "" : m.tag + ": ") + std::to_string(m.priority) + " " + m.text);
+    return out;
 }
 
 }  // namespace vok_test
