@@ -2,6 +2,7 @@
 // flat colour over a bitmap.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <random>
@@ -135,6 +136,43 @@ TEST(BlendBitmapMask, MaskIsStretchedOverTheDestination) {
     VokBitmap empty = {nullptr, 0, 0};
     VokBitmapBlendBitmapMask(destination.get(), base.get(), layer.get(), &empty, kVokBlendNormal);
     EXPECT_EQ(destination.bytes(), before.bytes());
+}
+
+// A mask clear but for a random patch, stretched twice over the destination:
+// uncovered cells and rows take shortcuts that must match the plain blend, in
+// place and apart, in every float-family mode and the black one above them.
+TEST(BlendBitmapMask, UncoveredCellsMatchThePlainBlendInEveryMode) {
+    TestBitmap mask(300, 20), base(600, 40), layer(600, 40);
+    std::mt19937 engine(7);
+    for (uint32_t y = 5; y < 12; ++y)
+        for (uint32_t x = 100; x < 140; ++x) mask.at(x, y).alpha = static_cast<uint8_t>(engine());
+    base.randomize(8);
+    layer.randomize(9);
+    auto axis = [](double p, uint32_t n, uint32_t &i0, uint32_t &i1) {
+        i0 = static_cast<uint32_t>(p);
+        i1 = std::min(i0 + 1, n - 1);
+        return p - i0;
+    };
+    auto opacity = [&](uint32_t x, uint32_t y) {
+        uint32_t x0, x1, y0, y1;
+        const double fx = axis(x * 0.5, 300, x0, x1), fy = axis(y * 0.5, 20, y0, y1);
+        const double top = mask.at(x0, y0).alpha * (1 - fx) + mask.at(x1, y0).alpha * fx;
+        const double bottom = mask.at(x0, y1).alpha * (1 - fx) + mask.at(x1, y1).alpha * fx;
+        return static_cast<float>((top * (1 - fy) + bottom * fy) * 0.00392156862745098);
+    };
+    for (VokBlendMode mode = 0; mode <= 7; ++mode) {
+        TestBitmap apart(600, 40), in_place(base);
+        VokBitmapBlendBitmapMask(apart.get(), base.get(), layer.get(), mask.get(), mode);
+        VokBitmapBlendBitmapMask(in_place.get(), in_place.get(), layer.get(), mask.get(), mode);
+        for (uint32_t y = 0; y < 40; ++y)
+            for (uint32_t x = 0; x < 600; ++x) {
+                VokColor expected = base.at(x, y);
+                VokColorBlend(&expected, &layer.at(x, y), mode, opacity(x, y));
+                ASSERT_EQ(in_place.at(x, y), expected) << mode << " at " << x << "," << y;
+                expected.alpha = 0;
+                ASSERT_EQ(apart.at(x, y), expected) << mode << " at " << x << "," << y;
+            }
+    }
 }
 
 TEST(CompositePremultiplied, UnpremultipliesThenBlendsOverTheBase) {
