@@ -30,15 +30,15 @@ bool Arguments::parse(int argc, char **argv, std::initializer_list<OptionSpec> o
         }
         const char *equals = strchr(arg, '=');
         const std::string name = equals ? std::string(arg, equals) : std::string(arg);
-        const OptionSpec *spec = nullptr;
+        const OptionSpec *option = nullptr;
         for (const OptionSpec &candidate : options)
-            if (name == candidate.name) spec = &candidate;
-        if (spec == nullptr) {
+            if (name == candidate.name) option = &candidate;
+        if (option == nullptr) {
             error = "unknown option '" + name + "'";
             return false;
         }
         const char *value = nullptr;
-        if (spec->takes_value) {
+        if (option->takes_value) {
             if (equals) {
                 value = equals + 1;
             } else if (i + 1 < argc) {

@@ -206,16 +206,16 @@ int run_tool(int argc, char **argv) {
 
     using Clock = std::chrono::steady_clock;
     std::vector<double> latencies;
-    for (const StrokeSpec &spec : strokes) {
+    for (const StrokeSpec &planned : strokes) {
         std::vector<VokPoint> points;
         std::vector<double> pressure;
         VokToolStroke stroke;
         VokToolStrokeInit(&stroke);
         stroke.radius = radius * scale;
-        stroke.mode = spec.mode;
+        stroke.mode = planned.mode;
         const float reach = static_cast<float>(2.0 * stroke.radius + 4.0);
-        for (size_t i = 0; i < spec.touches.size(); ++i) {
-            const Touch &touch = spec.touches[i];
+        for (size_t i = 0; i < planned.touches.size(); ++i) {
+            const Touch &touch = planned.touches[i];
             const VokPoint at = {static_cast<float>(touch.x * scale),
                                  static_cast<float>(touch.y * scale)};
             points.push_back(at);
@@ -223,7 +223,7 @@ int run_tool(int argc, char **argv) {
             stroke.points = points.data();
             stroke.pointData = pressure.data();
             stroke.count = static_cast<int32_t>(points.size());
-            stroke.ended = i + 1 == spec.touches.size();  // the lift carries the last point
+            stroke.ended = i + 1 == planned.touches.size();  // the lift carries the last point
             // A first touch leaves the rectangle alone: redraw around it.
             VokPoint lo = {at.x - reach, at.y - reach}, hi = {at.x + reach, at.y + reach};
             const Clock::time_point start = Clock::now();
