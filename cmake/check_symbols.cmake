@@ -2,11 +2,10 @@
 # declare with VOK_API (functions, constant objects, and the runners declared
 # through VOK_DECLARE_RUNNER), and no C++ (mangled) names.
 #
-#   cmake -DNM=<nm> -DLIBRARY=<libvoklite.so> -DHEADERS=<include/vok>
-#         [-DSTRICT=ON|OFF] -P check_symbols.cmake
+#   cmake -DNM=<nm> -DLIBRARY=<libvoklite.so> -DHEADERS=<include/vok> -P check_symbols.cmake
 #
-# Extra names and mangled names always fail. Declared names that the library
-# does not define yet are listed; they fail only when STRICT is ON.
+# Mangled names, extra names and declared names the library lacks each fail,
+# listed by kind.
 cmake_minimum_required(VERSION 3.25)
 
 foreach(required NM LIBRARY HEADERS)
@@ -87,7 +86,7 @@ endforeach()
 
 list(LENGTH exported exported_count)
 list(LENGTH missing missing_count)
-message("${exported_count} names exported, ${declared_count} declared, ${missing_count} not defined yet")
+message("${exported_count} names exported, ${declared_count} declared, ${missing_count} not defined")
 set(failed FALSE)
 foreach(kind mangled extra missing)
   if(${kind})
@@ -102,12 +101,7 @@ foreach(kind mangled extra missing)
       set(failed TRUE)
     else()
       message("declared but not defined by the library (${count}):\n  ${names}")
-      if(STRICT)
-        message("Names still missing while families are being written are expected: "
-                "configure with -DVOK_STRICT_SYMBOLS=OFF to list them without failing. "
-                "Do not add empty definitions to silence this.")
-        set(failed TRUE)
-      endif()
+      set(failed TRUE)
     endif()
   endif()
 endforeach()

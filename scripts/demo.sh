@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 bash scripts/setup.sh
-cmake --preset release -DVOK_STRICT_SYMBOLS=OFF >/dev/null
+cmake --preset release >/dev/null
 cmake --build --preset release -j "$(nproc)" --target vok
 
 vok=build/release/cli/vok
