@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "support/bitmaps.h"
+#include "support/golden.h"
 #include "support/json_doc.h"
 #include "vok/effects.h"
 
@@ -23,15 +24,6 @@ std::string read_file(const std::filesystem::path &path) {
     return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
 }
 
-// A 160 x 120 crop of the coffee photo, raw RGBA, opaque (see tests/data/README.md).
-TestBitmap photo() {
-    TestBitmap bitmap(160, 120);
-    const std::string bytes = read_file(std::string(getenv("VOK_TEST_DATA")) + "/coffee-crop.rgba");
-    EXPECT_EQ(160u * 120 * 4, bytes.size());
-    std::copy_n(bytes.begin(), std::min<size_t>(bytes.size(), 160 * 120 * 4), bitmap.get()->pixels);
-    return bitmap;
-}
-
 }  // namespace
 
 TEST(Looks, EveryBundledLookRunsOnAPhoto) {
@@ -39,7 +31,7 @@ TEST(Looks, EveryBundledLookRunsOnAPhoto) {
     for (const auto &entry : std::filesystem::directory_iterator(std::string(getenv("VOK_EXAMPLES")) + "/effects"))
         if (entry.path().extension() == ".json") looks.push_back(entry.path());
     EXPECT_GE(looks.size(), 12u);
-    const TestBitmap original = photo();
+    const TestBitmap original = vok_test::coffee_crop();
     VokEffectParams params;
     VokEffectInitParams(&params);
     params.seed = 1234;
