@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdlib>
 #include <initializer_list>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "support/bitmaps.h"
@@ -301,6 +303,19 @@ TEST_F(ToolRun, FullEffectsPerTypeAndTheFinalRender) {
     TestBitmap red = full_of(kVokToolWarm);
     for (uint32_t x = 0; x < 6; ++x) EXPECT_EQ(red.at(x, 0), rgba(255, 0, 0, 40 * x));
     EXPECT_EQ(full_of(kVokToolDraw).bytes(), photo.bytes());
+}
+
+TEST(ToolTypes, EveryTypeHasAUniqueNameAndADescription) {
+    std::set<std::string> names;
+    for (VokToolType type = 1; type <= kVokToolRestore; ++type) {
+        ASSERT_NE(nullptr, VokToolTypeName(type)) << type;
+        ASSERT_NE(nullptr, VokToolTypeDescription(type)) << type;
+        EXPECT_TRUE(names.insert(VokToolTypeName(type)).second) << VokToolTypeName(type);
+    }
+    for (VokToolType type : {0, -1, 36}) {
+        EXPECT_EQ(nullptr, VokToolTypeName(type));
+        EXPECT_EQ(nullptr, VokToolTypeDescription(type));
+    }
 }
 
 TEST(ToolPreview, MixesThroughTheMaskWithAShift) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "core/log.h"
+#include "tools/tool_type_table.h"
 #include "tools/tools_internal.h"
 
 namespace {
@@ -66,7 +67,7 @@ extern "C" {
 void VokToolRenderPreviewBox(VokBitmap *out, const VokBitmap *base, const VokBitmap *full,
                              const VokBitmap *mask, int32_t x0, int32_t y0, int32_t x1,
                              int32_t y1, const VokToolDrawState *state) {
-    const bool draw = vok::state_type(state) == kVokToolDraw;
+    const bool draw = vok::has_flag(vok::state_row(state), vok::kPaintsColour);
     const VokBitmap *source = draw ? mask : full;
     Box box;
     if (!preview_box(out, base, source, mask, x0, y0, x1, y1, &box)) return;
@@ -94,7 +95,7 @@ void VokToolRenderPreview(VokBitmap *out, const VokBitmap *base, const VokBitmap
     if (!vok::usable(out)) return;
     const int32_t right = static_cast<int32_t>(out->width) - 1;
     const int32_t bottom = static_cast<int32_t>(out->height);  // clamped inside
-    if (vok::state_type(state) == kVokToolDraw)
+    if (vok::has_flag(vok::state_row(state), vok::kPaintsColour))
         VokToolRenderPreviewBoxPremultipliedAlpha(out, base, full, mask, 0, 0, right, bottom);
     else
         VokToolRenderPreviewBox(out, base, full, mask, 0, 0, right, bottom, state);

@@ -2,6 +2,7 @@
 // final full-resolution render.
 #include "vok/tools.h"
 
+#include "tools/tool_type_table.h"
 #include "tools/tools_internal.h"
 #include "vok/color.h"
 
@@ -11,15 +12,17 @@ void VokToolInit(const VokBitmap *source, VokBitmap *result, VokBitmap *mask,
                  VokToolDrawParams *params, VokToolDrawState *state) {
     if (!VokBitmapCopy(result, source)) return;
     VokToolConfigureMask(result, mask, params);
-    if (!params->deferFullTool || params->type == kVokToolBlemish)
+    if (!params->deferFullTool ||
+        vok::has_flag(vok::tool_type_row(params->type), vok::kFullToolWhenDeferred))
         VokToolApplyFullTool(result, params, state);
 }
 
 void VokToolApplyFullTool(VokBitmap *bitmap, VokToolDrawParams *params,
                           const VokToolDrawState *state) {
-    if (params->type == kVokToolDraw) return;
+    if (vok::has_flag(vok::tool_type_row(params->type), vok::kSkipsFullTool)) return;
     params->tolerance = vok::kAnyColour;
-    if (vok::state_type(state) == kVokToolRestore && state->restoreBitmap != nullptr)
+    if (vok::has_flag(vok::state_row(state), vok::kRestoresFromState) &&
+        state->restoreBitmap != nullptr)
         VokBitmapCopy(bitmap, state->restoreBitmap);
     else
         VokToolTypesApplyEffect(bitmap, params);
@@ -34,7 +37,7 @@ void VokToolApplyFullTool(VokBitmap *bitmap, VokToolDrawParams *params,
 void VokToolRenderHiRes(VokBitmap *bitmap, const VokBitmap *mask, VokToolDrawParams *params,
                         const VokToolDrawState *state) {
     if (!vok::usable(bitmap) || !vok::usable(mask)) return;
-    if (vok::state_type(state) == kVokToolDraw) {
+    if (vok::has_flag(vok::state_row(state), vok::kPaintsColour)) {
         // The painted mask is read pixel for pixel, so it must match the photo.
         if (mask->width != bitmap->width || mask->height != bitmap->height) return;
         VokBitmapCompositePremultiplied(bitmap, bitmap, mask, kVokBlendNormal);

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "tools/tool_type_table.h"
 #include "tools/tools_internal.h"
 
 namespace vok {
@@ -33,13 +34,14 @@ extern "C" {
 void VokToolDrawStrokeOutRect(const VokBitmap *bitmap, VokBitmap *mask, VokToolStroke *stroke,
                               VokToolDrawParams *params, const VokToolDrawState *state,
                               VokPoint *outMin, VokPoint *outMax) {
-    if (params->useBrushEngine && vok::state_type(state) == kVokToolDraw) {
+    const vok::ToolTypeRow *row = vok::state_row(state);
+    if (params->useBrushEngine && vok::has_flag(row, vok::kPaintsColour)) {
         VokDrawToolDrawStrokeSegment(bitmap, mask, state, params, stroke, outMin, outMax);
         return;
     }
     if (stroke->firstIndex >= stroke->count || stroke->points == nullptr || !vok::usable(mask))
         return;
-    const int is_draw = vok::state_type(state) == kVokToolDraw;
+    const int is_draw = vok::has_flag(row, vok::kPaintsColour);
     const float radius = static_cast<float>(stroke->radius);
     // The rectangle pads every stamp position by the brush diameter.
     const float pad = static_cast<float>(
@@ -51,7 +53,7 @@ void VokToolDrawStrokeOutRect(const VokBitmap *bitmap, VokBitmap *mask, VokToolS
 
     for (int32_t i = stroke->firstIndex < 0 ? 0 : stroke->firstIndex; i < stroke->count; ++i) {
         if (i == 0) {
-            if (vok::state_type(state) == kVokToolBlemish || !stroke->colorSet)
+            if (vok::has_flag(row, vok::kFirstTouchEveryStroke) || !stroke->colorSet)
                 VokToolTypesFirstDownProcessing(bitmap, stroke, params, state);
             stamp.location = stroke->points[0];
             VokToolTypesDrawPoint(bitmap, mask, &stamp, &stroke->color, stroke->mode, params);

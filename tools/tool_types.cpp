@@ -1,14 +1,32 @@
-// What each tool type does at a touch: its first-touch work, its stamp and
-// its start mask.
+// What a tool does at a touch, by its type's row: its first-touch work, its
+// stamp and its start mask.
 #include "vok/tools.h"
 
 #include "core/log.h"
+#include "tools/tool_type_table.h"
 #include "tools/tools_internal.h"
 
 namespace vok {
 
 void log_unavailable(const char *engine) { VOK_LOGD("%s is not available yet", engine); }
 
+namespace {
+
+// The three stroke modes of the desaturate tool. Its start mask is opaque:
+// modes 1 and 3 take the effect away, mode 2 brings it back, mode 3 only on
+// similar colours.
+void desaturate_stamp(const VokBitmap *bitmap, VokBitmap *mask, const VokToolPoint *point,
+                      const VokColor *colour) {
+    const double x = point->location.x, y = point->location.y, r = point->radius;
+    if (point->mode == 1)
+        VokMaskSimilarColors(bitmap, mask, colour, 1, x, y, r, kAnyColour, 1.0, 1.0, 1, 0, 1);
+    else if (point->mode == 2)
+        VokMaskSimilarColors(bitmap, mask, colour, 1, x, y, r, kAnyColour, 1.0, 1.0, 0, 0, 1);
+    else if (point->mode == 3)
+        VokMaskSimilarColors(bitmap, mask, colour, 1, x, y, r, 10.0, 1.0, 1.0, 1, 0, 0);
+}
+
+}  // namespace
 }  // namespace vok
 
 extern "C" {
@@ -18,23 +36,22 @@ extern "C" {
 void VokToolTypesFirstDownProcessing(const VokBitmap *bitmap, VokToolStroke *stroke,
                                      VokToolDrawParams *params, const VokToolDrawState *) {
     if (stroke->count <= 0 || stroke->points == nullptr) return;
-    switch (params->type) {
-        case kVokToolDesaturate:
-        case kVokToolSimilarSoft:
-        case kVokToolSimilarSoftLight:
+    const vok::ToolTypeRow *row = vok::tool_type_row(params->type);
+    switch (row != nullptr ? row->first_touch : vok::FirstTouch::none) {
+        case vok::FirstTouch::none:
+            return;
+        case vok::FirstTouch::sample_colour:
             if (!stroke->colorSet && vok::usable(bitmap))
                 VokBitmapGetColorAtPoint(bitmap, &stroke->points[0], &stroke->color);
             return;
-        case kVokToolBlemish:
+        case vok::FirstTouch::blemish:
             vok::log_unavailable("VokBlemish");
             return;
-        case kVokToolSimilarDarken:
+        case vok::FirstTouch::region_brightest:
             vok::log_unavailable("VokRegionInfoColorBrightest");
             return;
-        case kVokToolLips:
+        case vok::FirstTouch::region_closest_to_lip:
             vok::log_unavailable("VokRegionInfoColorClosestToLip");
-            return;
-        default:
             return;
     }
 }
@@ -44,34 +61,22 @@ void VokToolTypesDrawPoint(const VokBitmap *bitmap, VokBitmap *mask, const VokTo
                            const VokToolDrawParams *params) {
     const double x = point->location.x, y = point->location.y, r = point->radius;
     const int32_t erase = point->mode == 2;
-    switch (params->type) {
-        case kVokToolDesaturate:
-            // The start mask is opaque: modes 1 and 3 take the effect away,
-            // mode 2 brings it back, mode 3 only on similar colours.
-            if (point->mode == 1)
-                VokMaskSimilarColors(bitmap, mask, strokeColor, 1, x, y, r, vok::kAnyColour, 1.0,
-                                     1.0, 1, 0, 1);
-            else if (point->mode == 2)
-                VokMaskSimilarColors(bitmap, mask, strokeColor, 1, x, y, r, vok::kAnyColour, 1.0,
-                                     1.0, 0, 0, 1);
-            else if (point->mode == 3)
-                VokMaskSimilarColors(bitmap, mask, strokeColor, 1, x, y, r, 10.0, 1.0, 1.0, 1, 0,
-                                     0);
+    const vok::ToolTypeRow *row = vok::tool_type_row(params->type);
+    switch (row != nullptr ? row->stamp : vok::Stamp::plain_brush) {
+        case vok::Stamp::none:
             return;
-        case kVokToolBlemish:
+        case vok::Stamp::desaturate:
+            vok::desaturate_stamp(bitmap, mask, point, strokeColor);
             return;
-        case kVokToolSimilarSoft:
-        case kVokToolSimilarDarken:
-        case kVokToolSimilarSoftLight:
-        case kVokToolLips:
+        case vok::Stamp::similar_colours:
             // Compared with the effect colour, not the sampled one.
             VokMaskSimilarColors(bitmap, mask, &params->color, 0, x, y, r, params->tolerance,
                                  1.0, params->strength, erase, 0, 0);
             return;
-        case kVokToolDraw:
+        case vok::Stamp::draw:
             VokMaskDraw(mask, strokeColor, x, y, r, params->strength, erase);
             return;
-        default:
+        case vok::Stamp::plain_brush:
             VokMaskSimilarColors(bitmap, mask, &params->color, 1, x, y, r, vok::kAnyColour, 1.0,
                                  params->strength, erase, 0, 1);
             return;
@@ -80,7 +85,8 @@ void VokToolTypesDrawPoint(const VokBitmap *bitmap, VokBitmap *mask, const VokTo
 
 // The bitmap is not needed: the start mask depends on the type alone.
 void VokToolConfigureMask(const VokBitmap *, VokBitmap *mask, const VokToolDrawParams *params) {
-    if (params->type == kVokToolDesaturate)
+    const vok::ToolTypeRow *row = vok::tool_type_row(params->type);
+    if (row != nullptr && row->start_mask == vok::StartMask::opaque)
         VokMaskSetOpaque(mask);
     else
         VokMaskSetTransparent(mask);

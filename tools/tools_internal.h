@@ -32,11 +32,6 @@ inline bool usable(const VokBitmap *bitmap) {
            bitmap->height != 0;
 }
 
-// The type a draw state runs as; a missing state runs as no particular type.
-inline VokToolType state_type(const VokToolDrawState *state) {
-    return state != nullptr ? state->type : 0;
-}
-
 // Stamp positions for the stroke's point i, from the interpolator the stroke
 // stamping uses at that index (i >= 1). The caller frees *list.
 void interpolate_stroke_point(const VokToolStroke *stroke, int32_t i, float radius, int is_draw,

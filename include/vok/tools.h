@@ -86,6 +86,10 @@ VOK_API void VokToolConfigureMask(const VokBitmap *bitmap, VokBitmap *mask,
 VOK_API void VokToolApplyFullTool(VokBitmap *bitmap, VokToolDrawParams *params,
                                   const VokToolDrawState *state);
 VOK_API void VokToolTypesApplyEffect(VokBitmap *bitmap, VokToolDrawParams *params);
+/* A tool type's short name ("blur", "red eye"...) and a one-line description of
+ * what it is for, as static strings the caller must not free; null outside 1 to 35. */
+VOK_API const char *VokToolTypeName(VokToolType type);
+VOK_API const char *VokToolTypeDescription(VokToolType type);
 
 /* ---- Strokes and shapes ----------------------------------------------------- */
 VOK_API void VokToolDrawStrokeOutRect(const VokBitmap *bitmap, VokBitmap *mask,
