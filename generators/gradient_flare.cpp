@@ -51,7 +51,8 @@ inline double shape_value(double x, double y, const double *p) {
             return (rho * rho) * sin(p[0] * 0.5 * theta_of(x, y));
         }
         case kLobes: {
-            const double e = exp(-rho_of(x, y));
+            // rho is single precision, the exponential double.
+            const double e = exp(static_cast<double>(-rho_of(x, y)));
             return 1.0 - (0.5 * e + 0.5 * e * sin(theta_of(x, y) * p[0]));
         }
         case kRingLobes: {

@@ -219,6 +219,10 @@ TEST(GradientFlare, ShapesAtWorkedPoints) {
         const double p[16] = {c.p[0], c.p[1], c.p[2], c.p[3]};
         EXPECT_EQ(flare_sample(c.shape, 0.375, 0.5, p), c.red) << c.shape << " " << c.p[0];
     }
+    // Lobes next to a table boundary: exp of the single-precision rho in double
+    // gives 20.9999998 (single-precision exp would give 21).
+    const double one_lobe[16] = {1};
+    EXPECT_EQ(flare_sample(7, -702 / 4096.0, 626 / 4096.0, one_lobe), 20);
     const double zigzag[16] = {0.25}, star[16] = {4, 0.5, 0.2};
     EXPECT_EQ(flare_sample(13, 0.375, 0.5, zigzag, 1), 50);  // t = 0.5 - 1, repeated
     EXPECT_EQ(flare_sample(10, 0, -0.5, star), 0);            // inside the tip: clamped

@@ -358,4 +358,14 @@ TEST(Whiten, LightensNeutralsAndTakesYellowOut) {
     EXPECT_EQ(px.at(0, 0), rgba(146, 146, 146, 77));
     EXPECT_GE(px.at(1, 0).blue, 180);       // yellow (b above neutral): judged by a alone
     EXPECT_NEAR(px.at(2, 0).blue, 200, 2);  // blue: judged by both axes, barely changes
+    // Colours whose lightness lands next to a byte boundary: the exponent of
+    // the single-precision power is formed in double (in float these differ).
+    TestBitmap edge(3, 1);
+    edge.at(0, 0) = rgba(137, 75, 123);
+    edge.at(1, 0) = rgba(168, 124, 180);
+    edge.at(2, 0) = rgba(219, 136, 172);
+    VokWhiten(edge.get(), nullptr);
+    EXPECT_EQ(edge.at(0, 0), rgba(136, 75, 125));
+    EXPECT_EQ(edge.at(1, 0), rgba(167, 123, 179));
+    EXPECT_EQ(edge.at(2, 0), rgba(217, 136, 172));
 }

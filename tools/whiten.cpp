@@ -22,9 +22,12 @@ void VokWhiten(VokBitmap *source, VokBitmap *) {
         // Yellow pixels (b above neutral) are judged by red-green alone.
         const double d2 = b < 127.0 ? da * da + db * db : da * da;
         const float g = expf(static_cast<float>(-d2 * 0.01020408163265306));  // sigma 7
-        const float s = static_cast<float>(g * 0.65);
+        const double s = g * 0.65;
+        // Only the power is single precision: its exponent is formed in double
+        // and narrowed once on the way in.
         const float lightened =
-            powf(static_cast<float>(L / 255.0), 1.0f / (1.0f + 0.5f * s)) * 255.0f;
+            powf(static_cast<float>(L / 255.0), static_cast<float>(1.0 / (1.0 + 0.5 * s))) *
+            255.0f;
         const double yellow = 127.0 + (1.0 - s) * (b - 127.0);
         VokColor lab = {vok::byte_trunc_clamp(lightened), vok::byte_trunc_clamp(a),
                         vok::byte_trunc_clamp(yellow), pixel->alpha};
