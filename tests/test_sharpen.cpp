@@ -14,20 +14,39 @@ using vok_test::rgba;
 
 namespace {
 
+// The boxes of a pass over a W x H bitmap: n_old = floor(1.5 s) + 1 single
+// pixels, or 2n + 1 boxes of width 2k + 1 once n_old reaches 5.
+struct Boxes {
+    bool sharpen;
+    float s;
+    int64_t n_old, n, k, width;
+};
+
+Boxes plan(uint32_t w, uint32_t h, float amount) {
+    Boxes b{};
+    // 2.5e-5 is a double: the product is double, stored once as a float.
+    b.s = static_cast<float>(static_cast<float>(w + h) * 2.5e-5 * amount);
+    b.sharpen = b.s >= 0.0f;
+    b.s = fabsf(b.s);
+    b.n_old = b.n = static_cast<int64_t>(floorf(1.5f * b.s)) + 1;
+    b.width = 1;
+    if (b.n >= 5) {
+        b.k = static_cast<int64_t>(floor((0.25 * b.n - 1) / 2)) + 1;
+        b.width = 2 * b.k + 1;
+        b.n = b.n / b.width + 1;
+    }
+    return b;
+}
+
 // One pass as a plain convolution: 2n + 1 side-by-side boxes of `width` pixels weighted
 // by their truncated normal masses, the line's end pixels repeated past its ends.
 void reference_pass(TestBitmap &bm, float amount, bool rows) {
     const uint32_t w = bm.get()->width, h = bm.get()->height;
-    float s = static_cast<float>(w + h) * 2.5e-5f * amount;
-    const bool sharpen = s >= 0.0f;
-    s = fabsf(s);
-    if (s == 0.0f) return;
-    int64_t n = static_cast<int64_t>(floorf(1.5f * s)) + 1, k = 0, width = 1;
-    if (n >= 5) {
-        k = static_cast<int64_t>(floor((0.25 * n - 1) / 2)) + 1;
-        width = 2 * k + 1;
-        n = n / width + 1;
-    }
+    const Boxes b = plan(w, h, amount);
+    if (b.s == 0.0f) return;
+    const bool sharpen = b.sharpen;
+    const float s = b.s;
+    const int64_t n = b.n, k = b.k, width = b.width;
     const float sigma = s / static_cast<float>(width);
     std::vector<float> mass;
     float sum = 0;
@@ -101,7 +120,14 @@ TEST(BoxHybrid, WeightsAndBoxesWorkedByHand) {
     // 2400 gives s = 3, where n = 5 turns into two boxes of width 3 a side.
     EXPECT_TRUE(reaches(impulse_row(40, 10, -2000.0f, 0, 255, 20), 20, 4));
     EXPECT_TRUE(reaches(impulse_row(40, 10, -2400.0f, 0, 255, 20), 20, 7));
-    // W + H = 4000 at amount 100: s = 10, nine boxes of width 5 reaching 22.
+    // W + H = 4000 at amount 100: s = 10 exactly, n_old = 16, nine boxes of
+    // width 5 reaching 22 (a single-precision product would give 9.999999 and 15).
+    const Boxes worked = plan(2000, 2000, 100.0f);
+    EXPECT_EQ(worked.s, 10.0f);
+    EXPECT_EQ(worked.n_old, 16);
+    EXPECT_EQ(worked.k, 2);
+    EXPECT_EQ(worked.width, 5);
+    EXPECT_EQ(worked.n, 4);
     EXPECT_TRUE(reaches(impulse_row(3990, 10, -100.0f, 0, 255, 2000), 2000, 22));
 
     // The anti-aliasing blur is amount -5: on W + H = 4000 the weights above.
@@ -130,6 +156,18 @@ TEST(BoxHybrid, PassesMatchThePlainRuleOnRandomImages) {
             EXPECT_EQ(got.bytes(), want.bytes()) << size[0] << "x" << size[1] << " Y " << amount;
             EXPECT_EQ(both.bytes(), got.bytes()) << size[0] << "x" << size[1] << " " << amount;
         }
+    }
+    // Sizes and amounts where a single-precision spread would move the weights.
+    const struct { uint32_t w, h; float amount; } spread_cases[] = {
+        {3998, 2, 20.0f}, {2, 3998, 20.0f}, {600, 40, -125.0f}, {3998, 2, 100.0f}};
+    for (const auto &c : spread_cases) {
+        TestBitmap got(c.w, c.h);
+        got.randomize(seed++);
+        TestBitmap want(got);
+        VokConvolutionEffectBoxHybridSharpen(got.get(), c.amount);
+        reference_pass(want, c.amount, true);
+        reference_pass(want, c.amount, false);
+        EXPECT_EQ(got.bytes(), want.bytes()) << c.w << "x" << c.h << " " << c.amount;
     }
 }
 
