@@ -16,10 +16,12 @@ float draw(VokRNG *rng, uint32_t distribution) {
 
 int displace(float *v, int32_t a, int32_t b, float amplitude, float roughness,
              uint32_t distribution, VokRNG *rng) {
-    int32_t len = b - a;
-    // Nothing lies between the ends, and the end value would otherwise be
-    // written one past b.
-    if (len < 1) return 1;
+    // Nothing lies between the ends (the end value would otherwise be written
+    // one past b), or the range lies before the array or cannot be indexed:
+    // nothing is touched. With 0 <= a < b no index below overflows.
+    const int64_t span = static_cast<int64_t>(b) - a;
+    if (a < 0 || span < 1) return 1;
+    const int32_t len = static_cast<int32_t>(span);
     int32_t p = 1;
     while (2 * static_cast<int64_t>(p) <= len) p *= 2;
     int32_t m = a + p;

@@ -439,7 +439,9 @@ int VokFlare(VokBitmap *bitmap, float fScale, VokColor color, uint32_t type, flo
         VOK_LOGD("Flare type %u is not available.", static_cast<unsigned>(type));
         return 0;
     }
-    if (bitmap == nullptr || bitmap->pixels == nullptr) return 0;
+    if (bitmap == nullptr) return 0;
+    if (bitmap->width == 0 || bitmap->height == 0) return 1;  // nothing to draw on
+    if (bitmap->pixels == nullptr) return 0;
     // The finger flare reaches further with the strength; the other types take
     // the strength through the colour's alpha.
     float finger_length = 0.0f;

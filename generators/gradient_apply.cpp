@@ -34,12 +34,32 @@ inline float shape_mode_power(float v, int32_t mode) {
     }
 }
 
+// A vignette centre further out than this is drawn as if it stood here: the
+// distance to any pixel then stays below 2^32, so its square fits 64 bits
+// unsigned, and every centre that squared without overflow keeps its bytes.
+constexpr int64_t kCentreLimit = 3000000000;
+
+inline int64_t limit_centre(int64_t c) {
+    return c < -kCentreLimit ? -kCentreLimit : c > kCentreLimit ? kCentreLimit : c;
+}
+
+inline int64_t vignette_centre(uint32_t size, double offset) {
+    const int64_t shift = vok::trunc_to<int64_t>(floor(0.5 + (size >> 1) * offset));
+    return limit_centre((size >> 1) + limit_centre(shift));
+}
+
+// The square of a distance below 2^32, exact, then rounded once to float.
+inline float square(int64_t d) {
+    const uint64_t m = static_cast<uint64_t>(d < 0 ? -d : d);
+    return static_cast<float>(m * m);
+}
+
 // Per-call constants of the plain gradient.
 struct Frame {
     double sin_a, cos_a;   // of the angle
     double q;              // inverse scale
     float k;               // vignette spread factor
-    int64_t cx, cy;        // vignette centre
+    int64_t cx, cy;        // vignette centre, within kCentreLimit of the origin
     float inv_w2, inv_h2;  // 1 / W^2, 1 / H^2
 };
 
@@ -52,7 +72,7 @@ void paint(VokBitmap *bitmap, const VokGradientShapeParams &p, const VokColor *t
     for (uint32_t r = 0; r < h; ++r) {
         const double y = (static_cast<double>(r) / h - p.yCenter) * f.q;
         const int64_t dy = static_cast<int64_t>(r) - f.cy;
-        const float vy = static_cast<float>(dy * dy) * f.inv_h2;
+        const float vy = square(dy) * f.inv_h2;
         for (uint32_t c = 0; c < w; ++c, ++pixel) {
             const double x = (static_cast<double>(c) / w - p.xCenter) * f.q;
             float opacity;
@@ -67,7 +87,7 @@ void paint(VokBitmap *bitmap, const VokGradientShapeParams &p, const VokColor *t
                 opacity = static_cast<float>(strength * (entry.alpha * 0.003921569));
             } else {
                 const int64_t dx = static_cast<int64_t>(c) - f.cx;
-                float v = (vy + static_cast<float>(dx * dx) * f.inv_w2) * f.k;
+                float v = (vy + square(dx) * f.inv_w2) * f.k;
                 v = shape_mode_power(v, p.vignetteShapeMode);
                 if (v > 1.15) {
                     opacity = static_cast<float>(strength * entry.alpha / 255.0);
@@ -115,8 +135,8 @@ void VokGradientApply(VokBitmap *bitmap, const VokGradientShapeParams *params,
     const float size = static_cast<float>(params->vignetteSize);
     const float spread = size * size * 0.86956525f;
     frame.k = spread == 0.0f ? 1e8f : 1.0f / spread;
-    frame.cx = (w >> 1) + vok::trunc_to<int64_t>(floor(0.5 + (w >> 1) * params->vignetteOffsetX));
-    frame.cy = (h >> 1) + vok::trunc_to<int64_t>(floor(0.5 + (h >> 1) * params->vignetteOffsetY));
+    frame.cx = vignette_centre(w, params->vignetteOffsetX);
+    frame.cy = vignette_centre(h, params->vignetteOffsetY);
     frame.inv_w2 = 1.0f / static_cast<float>(static_cast<uint64_t>(w) * w);
     frame.inv_h2 = 1.0f / static_cast<float>(static_cast<uint64_t>(h) * h);
     vok::with_float_blend_mode(mode, [&](auto m) {

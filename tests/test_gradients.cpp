@@ -143,7 +143,10 @@ TEST(GradientApply, VignetteMaskRisesFromTheCentre) {
                           {0, 1, 0, 0, 0, 129},     // v = 0.575, weight 0.5040
                           {1, 1, 0, 0, 0, 51},      // v = 0.3306, weight 0.1997
                           {0, 0.5, 0, 0, 0, 255},   // v = 2.3
-                          {0, 1, -1, 10, 10, 39}};  // the centre moved half the width left
+                          {0, 1, -1, 10, 10, 39},   // the centre moved half the width left
+                          // Centres far off the image: the whole gradient, no overflow.
+                          {0, 1, 1e300, 10, 10, 255}, {0, 1, -1e300, 0, 19, 255},
+                          {0, 1, 1e9, 10, 10, 255}};
     for (const Case &c : cases) {
         p.vignetteShapeMode = c.mode;
         p.vignetteSize = c.size;
