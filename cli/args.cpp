@@ -1,6 +1,7 @@
 #include "args.h"
 
 #include <cerrno>
+#include <climits>
 #include <cstdint>
 #include <cmath>
 #include <cstdio>
@@ -8,6 +9,7 @@
 #include <cstring>
 
 #include "command.h"
+#include "image_io.h"
 
 namespace vok_cli {
 
@@ -106,6 +108,13 @@ bool read_effect_params(const Arguments &args, VokEffectParams &params, std::str
         !args.get_int("--seed", INT32_MIN, INT32_MAX, seed, error))
         return false;
     params.seed = static_cast<int32_t>(seed);
+    return true;
+}
+
+bool read_max_pixels(const Arguments &args, uint64_t &max_pixels, std::string &error) {
+    long long limit = static_cast<long long>(kDefaultMaxPixels);
+    if (!args.get_int("--max-pixels", 1, LLONG_MAX, limit, error)) return false;
+    max_pixels = static_cast<uint64_t>(limit);
     return true;
 }
 

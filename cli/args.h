@@ -47,6 +47,9 @@ private:
 // Default effect params with --strength S and --seed N applied when given.
 bool read_effect_params(const Arguments &args, VokEffectParams &params, std::string &error);
 
+// The decoded-image size limit: --max-pixels N (1 or more), else the default.
+bool read_max_pixels(const Arguments &args, uint64_t &max_pixels, std::string &error);
+
 // Prints "vok COMMAND: message" and a pointer to the help; returns kExitUsage.
 int usage_error(const char *command, const std::string &message);
 // Prints "vok: cannot ACTION 'path': reason"; returns kExitUsage.

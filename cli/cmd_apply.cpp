@@ -17,7 +17,7 @@ const char kName[] = "apply";
 int run_apply(int argc, char **argv) {
     Arguments args;
     std::string error;
-    if (!args.parse(argc, argv, {{"--strength", true}, {"--seed", true}, {"--mix", true}},
+    if (!args.parse(argc, argv, {{"--strength", true}, {"--seed", true}, {"--mix", true}, {"--max-pixels", true}},
                     error))
         return usage_error(kName, error);
     if (args.positional().size() != 3)
@@ -26,7 +26,8 @@ int run_apply(int argc, char **argv) {
         return usage_error(kName, "--strength and --mix cannot be combined");
 
     VokEffectParams params;
-    if (!read_effect_params(args, params, error) ||
+    uint64_t max_pixels = 0;
+    if (!read_effect_params(args, params, error) || !read_max_pixels(args, max_pixels, error) ||
         !args.get_double("--mix", params.strength, error))
         return usage_error(kName, error);
 
@@ -41,7 +42,7 @@ int run_apply(int argc, char **argv) {
     EffectFile effect;
     if (const int status = effect.load(effect_path)) return status;
     Image image;
-    if (!read_image(input, image, error)) return file_error("read", input, error);
+    if (!read_image(input, image, error, max_pixels)) return file_error("read", input, error);
 
     const int result = args.has("--mix")
                            ? TESKRunAdjustableAlphaEffect(effect.root(), &image.bitmap, &params)
@@ -70,6 +71,7 @@ extern const Command apply_command = {
     "  --seed N      seed of the effect's random numbers (default 0)\n"
     "  --mix S       run at full strength, then mix the result over the photo\n"
     "                with opacity S (instead of --strength)\n"
+    "  --max-pixels N  refuse photos of more than N pixels (default 100000000)\n"
     "  -h, --help    show this help\n"
     "\n"
     "The library's messages are shown on standard error.\n"

@@ -145,15 +145,18 @@ double median(std::vector<double> values) {
 int run_tool(int argc, char **argv) {
     Arguments args;
     std::string error;
-    if (!args.parse(argc, argv, {{"--type", true}, {"--radius", true}, {"--strokes", true}},
-                    error))
+    if (!args.parse(
+            argc, argv,
+            {{"--type", true}, {"--radius", true}, {"--strokes", true}, {"--max-pixels", true}},
+            error))
         return usage_error(kName, error);
     if (args.positional().size() != 2) return usage_error(kName, "expected INPUT OUTPUT");
     if (!args.has("--type")) return usage_error(kName, "--type is required");
     long long type = 0;
     double radius = 0.0;
+    uint64_t max_pixels = 0;
     if (!args.get_int("--type", 1, 35, type, error) ||
-        !args.get_double("--radius", radius, error))
+        !args.get_double("--radius", radius, error) || !read_max_pixels(args, max_pixels, error))
         return usage_error(kName, error);
     if (args.has("--radius") && radius <= 0.0)
         return usage_error(kName, "--radius must be above 0");
@@ -168,7 +171,7 @@ int run_tool(int argc, char **argv) {
         return file_error("read", args.value("--strokes"), error);
 
     Image photo;
-    if (!read_image(input, photo, error)) return file_error("read", input, error);
+    if (!read_image(input, photo, error, max_pixels)) return file_error("read", input, error);
     if (!args.has("--strokes")) strokes = sample_strokes(photo.bitmap);
     if (!args.has("--radius"))
         radius = std::max(1u, std::min(photo.bitmap.width, photo.bitmap.height) / 24);
@@ -227,16 +230,15 @@ int run_tool(int argc, char **argv) {
             // A first touch leaves the rectangle alone: redraw around it.
             VokPoint lo = {at.x - reach, at.y - reach}, hi = {at.x + reach, at.y + reach};
             const Clock::time_point start = Clock::now();
-            VokToolDrawStrokeOutRect(&preview.bitmap, &mask.bitmap, &stroke, &params, &state,
-                                     &lo, &hi);
+            VokToolDrawStrokeOutRect(&preview.bitmap, &mask.bitmap, &stroke, &params, &state, &lo,
+                                     &hi);
             stroke.colorSet = 1;
             stroke.firstIndex = stroke.count;
             auto corner = [](float v) {
                 return static_cast<int32_t>(std::min(std::max(v, -1e9f), 1e9f));
             };
             VokToolRenderPreviewBox(&screen.bitmap, &preview.bitmap, source, &mask.bitmap,
-                                    corner(lo.x), corner(lo.y), corner(hi.x), corner(hi.y),
-                                    &state);
+                                    corner(lo.x), corner(lo.y), corner(hi.x), corner(hi.y), &state);
             latencies.push_back(
                 std::chrono::duration<double, std::milli>(Clock::now() - start).count());
         }
@@ -252,8 +254,7 @@ int run_tool(int argc, char **argv) {
     printf("%zu touches on a %ux%u preview: median %.3f ms, worst %.3f ms per touch\n",
            latencies.size(), width, height, median(latencies),
            latencies.empty() ? 0.0 : *std::max_element(latencies.begin(), latencies.end()));
-    printf("full-size render (%ux%u): %.1f ms\n", photo.bitmap.width, photo.bitmap.height,
-           render);
+    printf("full-size render (%ux%u): %.1f ms\n", photo.bitmap.width, photo.bitmap.height, render);
     if (!write_image(output, photo.bitmap, error)) return file_error("write", output, error);
     return kExitOk;
 }
@@ -282,6 +283,7 @@ extern const Command tool_command = {
     "  --radius R           brush radius in photo pixels (default: the shorter\n"
     "                       side / 24)\n"
     "  --strokes FILE.json  strokes to replay\n"
+    "  --max-pixels N       refuse photos of more than N pixels (default 100000000)\n"
     "  -h, --help           show this help\n"
     "\n"
     "Exit status: 0 written, 1 out of memory, 2 usage error or unreadable or\n"

@@ -12,6 +12,8 @@
 #include <jpeglib.h>
 #include <png.h>
 
+#include "temp_files.h"
+
 namespace vok_cli {
 namespace {
 
@@ -53,7 +55,17 @@ bool png_read_pixels(png_structp png, png_bytepp rows) {
     return true;
 }
 
-bool read_png(FILE *file, Image &image, std::string &error) {
+// Refuses a decoded size over the limit before any pixel memory is taken, so a
+// small file that claims a huge image costs nothing.
+bool within_limit(uint32_t width, uint32_t height, uint64_t max_pixels, std::string &error) {
+    if (uint64_t{width} * height <= max_pixels) return true;
+    error = "image of " + std::to_string(width) + " x " + std::to_string(height) +
+            " pixels is over the limit of " + std::to_string(max_pixels) +
+            " (raise it with --max-pixels)";
+    return false;
+}
+
+bool read_png(FILE *file, Image &image, std::string &error, uint64_t max_pixels) {
     PngErrors errors;
     png_structp png =
         png_create_read_struct(PNG_LIBPNG_VER_STRING, &errors, on_png_error, on_png_warning);
@@ -67,7 +79,9 @@ bool read_png(FILE *file, Image &image, std::string &error) {
     } else {
         const uint32_t width = png_get_image_width(png, info);
         const uint32_t height = png_get_image_height(png, info);
-        if (png_get_rowbytes(png, info) != size_t{width} * 4 ||
+        if (!within_limit(width, height, max_pixels, error)) {
+            ok = false;
+        } else if (png_get_rowbytes(png, info) != size_t{width} * 4 ||
             !VokBitmapBuild(&image.bitmap, width, height)) {
             error = "image too large";
             ok = false;
@@ -116,10 +130,17 @@ void on_jpeg_error(j_common_ptr info) {
 
 void on_jpeg_message(j_common_ptr) {}
 
+// A warning (level -1: a truncated file, bad data the decoder papered over) is
+// as fatal as an error: the picture it would give is not the photo.
+void on_jpeg_emit(j_common_ptr info, int level) {
+    if (level < 0) on_jpeg_error(info);
+}
+
 jpeg_error_mgr *install_jpeg_errors(JpegErrors &errors) {
     jpeg_std_error(&errors.manager);
     errors.manager.error_exit = on_jpeg_error;
     errors.manager.output_message = on_jpeg_message;
+    errors.manager.emit_message = on_jpeg_emit;
     errors.message[0] = '\0';
     return &errors.manager;
 }
@@ -135,6 +156,11 @@ bool jpeg_read_start(jpeg_decompress_struct &info, FILE *file) {
     jpeg_create_decompress(&info);
     jpeg_stdio_src(&info, file);
     jpeg_read_header(&info, TRUE);
+    return true;
+}
+
+bool jpeg_start(jpeg_decompress_struct &info) {
+    if (setjmp(errors_of(reinterpret_cast<j_common_ptr>(&info)).jump)) return false;
     info.out_color_space = is_cmyk(info) ? JCS_CMYK : JCS_EXT_RGBA;
     jpeg_start_decompress(&info);
     return true;
@@ -166,13 +192,18 @@ bool jpeg_read_pixels(jpeg_decompress_struct &info, uint8_t *pixels, uint8_t *cm
     return true;
 }
 
-bool read_jpeg(FILE *file, Image &image, std::string &error) {
+bool read_jpeg(FILE *file, Image &image, std::string &error, uint64_t max_pixels) {
     JpegErrors errors;
     jpeg_decompress_struct info;
     info.err = install_jpeg_errors(errors);
     bool ok = jpeg_read_start(info, file);
     if (!ok) {
         error = std::string("corrupt JPEG: ") + errors.message;
+    } else if (!within_limit(info.image_width, info.image_height, max_pixels, error)) {
+        ok = false;
+    } else if (!jpeg_start(info)) {
+        error = std::string("corrupt JPEG: ") + errors.message;
+        ok = false;
     } else if (!VokBitmapBuild(&image.bitmap, info.output_width, info.output_height)) {
         error = "image too large";
         ok = false;
@@ -247,7 +278,7 @@ bool format_for_path(const std::string &path, ImageFormat &format) {
     return true;
 }
 
-bool read_image(const std::string &path, Image &image, std::string &error) {
+bool read_image(const std::string &path, Image &image, std::string &error, uint64_t max_pixels) {
     VokBitmapFree(&image.bitmap);
     FILE *file = fopen(path.c_str(), "rb");
     if (file == nullptr) {
@@ -261,10 +292,10 @@ bool read_image(const std::string &path, Image &image, std::string &error) {
         error = strerror(errno);
     } else if (got == sizeof signature && png_sig_cmp(signature, 0, sizeof signature) == 0) {
         rewind(file);
-        ok = read_png(file, image, error);
+        ok = read_png(file, image, error, max_pixels);
     } else if (got >= 3 && signature[0] == 0xFF && signature[1] == 0xD8 && signature[2] == 0xFF) {
         rewind(file);
-        ok = read_jpeg(file, image, error);
+        ok = read_jpeg(file, image, error, max_pixels);
     } else {
         error = "not a PNG or JPEG file";
     }
@@ -293,6 +324,7 @@ bool write_image(const std::string &path, const VokBitmap &bitmap, std::string &
         error = strerror(errno);
         return false;
     }
+    const TempFileGuard guard(temporary);
     give_default_mode(fd);
     FILE *file = fdopen(fd, "wb");
     if (file == nullptr) {

@@ -10,6 +10,7 @@
 #ifndef VOK_CLI_IMAGE_IO_H
 #define VOK_CLI_IMAGE_IO_H
 
+#include <cstdint>
 #include <string>
 
 #include "vok/core.h"
@@ -33,8 +34,13 @@ enum class ImageFormat { png, jpeg };
 bool format_for_path(const std::string &path, ImageFormat &format);
 
 // False with a one-phrase reason in `error` ("not a PNG or JPEG file",
-// "No such file or directory", "corrupt PNG: ...").
-bool read_image(const std::string &path, Image &image, std::string &error);
+// "No such file or directory", "corrupt PNG: ...", "corrupt JPEG: ..."). A
+// JPEG warning (a truncated or damaged file) fails the read too. An image of
+// more than `max_pixels` pixels is refused from its header, before any pixel
+// memory is taken.
+constexpr uint64_t kDefaultMaxPixels = 100000000;
+bool read_image(const std::string &path, Image &image, std::string &error,
+                uint64_t max_pixels = kDefaultMaxPixels);
 
 // JPEG drops alpha; `jpeg_quality` is 1 to 100.
 bool write_image(const std::string &path, const VokBitmap &bitmap, std::string &error,

@@ -1,6 +1,7 @@
 // `vok`: applies vok-lite effects to photos from a terminal.
 #include <cstdio>
 #include <cstring>
+#include <new>
 
 #include "args.h"
 #include "command.h"
@@ -55,7 +56,14 @@ int main(int argc, char **argv) {
                 return vok_cli::kExitOk;
             }
         }
-        return command->run(argc - 2, argv + 2);
+        // Out of memory anywhere in a command (arguments, images, effects) is
+        // reported, not a crash; outputs are only ever renamed into place whole.
+        try {
+            return command->run(argc - 2, argv + 2);
+        } catch (const std::bad_alloc &) {
+            fprintf(stderr, "vok %s: out of memory\n", name);
+            return vok_cli::kExitFailed;
+        }
     }
     fprintf(stderr, "vok: unknown command '%s'\nTry 'vok --help'.\n", name);
     return vok_cli::kExitUsage;

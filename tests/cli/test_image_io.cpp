@@ -3,10 +3,15 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <png.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
 
 #include "support/bitmaps.h"
 #include "cli_files.h"
 #include "image_io.h"
+#include "temp_files.h"
 
 namespace {
 
@@ -130,6 +135,60 @@ TEST(ImageIo, FailuresExplainAndNeverClobberTheTarget) {
     EXPECT_FALSE(error.empty());
     EXPECT_EQ(vok_test::read_file(dir.path("keep.jpg")), "precious");
     EXPECT_EQ(dir.entries(), before);
+}
+
+TEST(ImageIo, DamagedAndOversizedJpegsAreRefusedFromWhatTheyClaim) {
+    ScratchDir dir;
+    std::string error;
+    Image image;
+    TestBitmap photo(64, 48);
+    photo.randomize(11);
+    ASSERT_TRUE(vok_cli::write_image(dir.path("whole.jpg"), *photo.get(), error));
+    const std::string whole = vok_test::read_file(dir.path("whole.jpg"));
+    // Cut inside the scan, and cut right after the headers: the decoder would
+    // invent the rest with only a warning.
+    const size_t scan = whole.find("\xFF\xDA");
+    ASSERT_NE(scan, std::string::npos);
+    const size_t scan_data = scan + 2 + (uint8_t(whole[scan + 2]) << 8 | uint8_t(whole[scan + 3]));
+    for (size_t cut : {whole.size() * 2 / 3, scan_data}) {
+        vok_test::write_file(dir.path("cut.jpg"), whole.substr(0, cut));
+        EXPECT_FALSE(vok_cli::read_image(dir.path("cut.jpg"), image, error)) << cut;
+        EXPECT_EQ(error.rfind("corrupt JPEG: ", 0), 0u) << error;
+        EXPECT_EQ(image.bitmap.pixels, nullptr);
+    }
+    // A small file claiming 30000 x 30000 is refused from its header.
+    std::string bomb = whole;
+    const size_t frame = bomb.find("\xFF\xC0");
+    ASSERT_NE(frame, std::string::npos);
+    for (size_t at : {frame + 5, frame + 7}) bomb[at] = '\x75', bomb[at + 1] = '\x30';
+    vok_test::write_file(dir.path("bomb.jpg"), bomb);
+    EXPECT_FALSE(vok_cli::read_image(dir.path("bomb.jpg"), image, error));
+    EXPECT_EQ(error, "image of 30000 x 30000 pixels is over the limit of 100000000 (raise it "
+                     "with --max-pixels)");
+    // The limit is the caller's, for PNG alike.
+    ASSERT_TRUE(vok_cli::write_image(dir.path("small.png"), *photo.get(), error));
+    EXPECT_FALSE(vok_cli::read_image(dir.path("small.png"), image, error, 64 * 48 - 1));
+    EXPECT_TRUE(vok_cli::read_image(dir.path("small.png"), image, error, 64 * 48)) << error;
+}
+
+TEST(ImageIo, TemporaryFilesGoWhenTheProcessIsKilled) {
+    ScratchDir dir;
+    const std::string path = dir.path(".out.png.tmp");
+    vok_test::write_file(path, "half written");
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        const vok_cli::TempFileGuard guard(path);
+        raise(SIGTERM);
+        _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    EXPECT_FALSE(vok_test::file_exists(path));
+    vok_test::write_file(path, "kept");
+    { const vok_cli::TempFileGuard guard(path); }  // a guard gone leaves the file alone
+    EXPECT_TRUE(vok_test::file_exists(path));
 }
 
 TEST(ImageIo, FormatFollowsTheExtensionInAnyCase) {
