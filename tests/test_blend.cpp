@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <vector>
 #include <random>
 #include <utility>
 
@@ -118,4 +119,26 @@ TEST(Memo, MatchesDirectBlendingPerLevel) {
     EXPECT_TRUE(VokColorCompare(&d, &white));
     d.alpha = 2;  // alpha counts in the comparison
     EXPECT_FALSE(VokColorCompare(&d, &white));
+}
+
+// The float family's normal mode over every pair of levels at many opacities,
+// against the rule in single precision: o s + (1 - o) d + 0.5, truncated.
+TEST(Blend, FloatNormalIsSinglePrecisionEverywhere) {
+    std::mt19937 engine(7);
+    std::uniform_real_distribution<float> unit(0.0f, 1.0f);
+    std::vector<float> opacities = {0.0f, 1.0f, 0.5f, 0.1f, 0.3f, 0.7f, 0.9f};
+    while (opacities.size() < 24) opacities.push_back(unit(engine));
+    int wrong = 0;
+    for (float o : opacities) {
+        for (int d = 0; d < 256; ++d) {
+            for (int s = 0; s < 256; ++s) {
+                VokColor dst = rgba(d, d, d), src = rgba(s, s, s);
+                VokColorBlend(&dst, &src, kVokBlendNormal, o);
+                const float y = o * s + (1.0f - o) * d + 0.5f;
+                const int want = y > 255.0f ? 255 : static_cast<int>(y);
+                wrong += dst.red != want || dst.blue != want;
+            }
+        }
+    }
+    EXPECT_EQ(wrong, 0);
 }

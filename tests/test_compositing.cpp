@@ -231,10 +231,16 @@ TEST(ColorMatrix, ProductOrderAndBuilders) {
 // matrices pin the byte conversion (254.5 -> 255, -0.5 -> 0, NaN -> 0) on
 // the table path (cross term 0 or -0) and the per-pixel one (1e-30).
 TEST(ColorMatrixTransform, EveryPathMatchesThePerPixelRule) {
-    const VokColorMatrix matrices[] = {
+    std::vector<VokColorMatrix> matrices = {
         VokColorMatrixIdentity, {{1.3f, 0, 0, -12, 0, 0.8f, 0, 30, 0, 0, -1, 255}},
         {{0.5f, 0.5f, 0, 0, 0.2f, 0.7f, 0.1f, 5, 0, -0.25f, 1.75f, -5}}, {{0, 0, 0, 300, 0, 0, 0, -0.5f, 0, 0, 0, NAN}},
         {{0, -0.0f, 0, 254.5f, 0, 0, 0, 254.49f, 0, 0, 0, INFINITY}}, {{0, 1e-30f, 0, -INFINITY, 0, 0, 0, 0.5f, 0, 0, 0, NAN}}};
+    // Each cross term alone must keep a matrix off the diagonal path.
+    for (int cross : {1, 2, 4, 6, 8, 9}) {
+        VokColorMatrix m = VokColorMatrixIdentity;
+        m.m[cross] = 0.3f;
+        matrices.push_back(m);
+    }
     for (const VokColorMatrix &m : matrices) {
         TestBitmap plain = boundary_bitmap(kWidth, 5, 2), original(plain);
         VokBitmapColorMatrixTransform(plain.get(), &m);

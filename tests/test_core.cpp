@@ -46,7 +46,8 @@ TEST(Bitmap, CopyRectAndColorAtPoint) {
     VokColor out;
     // Clamped into the image; NaN and huge values saturate instead of misbehaving.
     const struct { VokPoint p; uint32_t x, y; } cases[] = {
-        {{-3.7f, 10.9f}, 0, 5}, {{2.9f, 1.2f}, 2, 1}, {{NAN, 1e30f}, 0, 5}};
+        {{-3.7f, 10.9f}, 0, 5}, {{2.9f, 1.2f}, 2, 1}, {{NAN, 1e30f}, 0, 5},
+        {{8.0f, 6.0f}, 7, 5}, {{8.5f, 2.0f}, 7, 2}};  // x == width, y == height clamp too
     for (const auto &c : cases) {
         EXPECT_EQ(VokBitmapGetColorAtPoint(source.get(), &c.p, &out), &out);
         EXPECT_EQ(out, source.at(c.x, c.y));
@@ -81,7 +82,11 @@ TEST(Records, ColorsParamsPointsVersionsAndBuffers) {
 
     VokArray a;
     EXPECT_EQ(VokArrayBuild(&a, 10, 0) + VokArrayBuild(&a, 0x40000000u, 4), 0);
-    EXPECT_EQ(VokArrayBuild2(&a, 65536, 65536, 2) + VokArrayBuild2(&a, 3, 4, 0), 0);
+    // a x b fits 32 bits but a x b x c does not: refused, not wrapped to a small buffer.
+    EXPECT_EQ(VokArrayBuild2(&a, 65536, 65536, 2) + VokArrayBuild2(&a, 3, 4, 0) +
+                  VokArrayBuild2(&a, 65536, 32769, 4),
+              0);
+    EXPECT_EQ(a.data, nullptr);
     ASSERT_EQ(VokArrayBuild2(&a, 3, 4, 5), 1);
     uint8_t source[60];
     for (int i = 0; i < 60; ++i) source[i] = static_cast<uint8_t>(i);

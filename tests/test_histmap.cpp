@@ -3,6 +3,8 @@
 
 #include <cstring>
 #include <tuple>
+#include <math.h>
+
 #include <vector>
 
 #include "support/bitmaps.h"
@@ -74,6 +76,13 @@ TEST(HistMap, FadeComposeAndInvert) {
     VokHistMapFade(&faded, 2.0);
     EXPECT_EQ(faded.table[2][5], 255);  // -5 + 500
     EXPECT_EQ(faded.table[0][200], 0);  // -200 + 110
+    VokHistMap zero;
+    VokHistMapSet(&zero, std::vector<uint8_t>(256, 0).data(), std::vector<uint8_t>(256, 0).data(),
+                  std::vector<uint8_t>(256, 0).data());
+    VokHistMapFade(&zero, 0.5);
+    EXPECT_EQ(zero.table[0][1], 1);    // 0.5 rounds half up
+    EXPECT_EQ(zero.table[1][3], 2);    // 1.5
+    EXPECT_EQ(zero.table[2][255], 128);  // 127.5
 
     // Composition applies the first map first: b(a(v)).
     VokHistMap a = sample_map(), b;
@@ -122,6 +131,15 @@ TEST(Curves, ContrastAndGamma) {
 
     const std::vector<int> same = curve_of(VokBitmapGamma, 1.0f), dark = curve_of(VokBitmapGamma, 2.0f);
     for (int v = 0; v < 256; ++v) EXPECT_EQ(same[v], v) << v;
-    EXPECT_EQ(dark[128], 64);  // 255 (128/255)^2 = 64.25
+    EXPECT_EQ(dark[128], 64);   // 255 (128/255)^2 = 64.25
+    EXPECT_EQ(dark[200], 157);  // 156.86 + 0.5
     EXPECT_EQ(dark[255], 255);
+    // Every level of several exponents against the plain single-precision rule.
+    for (float e : {0.3f, 0.45f, 1.6f, 2.2f, 3.0f, 7.5f}) {
+        const std::vector<int> curve = curve_of(VokBitmapGamma, e);
+        for (int v = 0; v < 256; ++v) {
+            const float y = 0.5f + 255.0f * powf(v * 0.003921569f, e);
+            EXPECT_EQ(curve[v], y > 255.0f ? 255 : static_cast<int>(y)) << e << " " << v;
+        }
+    }
 }

@@ -143,6 +143,8 @@ TEST(Processors, RunAsTheirEngineCallsOrFailWithTheirMessage) {
         {"gradient", "{" + place + R"("alpha":1,"gradientShape":"linearVignette","blendMode":"normal"})", {no_shape}},
         {"gradientMap", grad + R"("alpha":0.8,"gradientVariable":"maxChannel","invertGradient":"true","blendMode":"overlay"})",
          {}, 1, 0.5, [&](VokBitmap *b) { VokGradientMapApply(b, &stops.g, 5, 1, 1, 0.4); }},
+        {"gradientMap", grad + R"("alpha":0.8,"gradientVariable":"maxChannel","invertGradient":"false","blendMode":"overlay"})",
+         {}, 1, 0.5, [&](VokBitmap *b) { VokGradientMapApply(b, &stops.g, 5, 0, 1, 0.4); }},
         {"gradientMap", grad + R"("gradientVariable":"Chroma","invertGradient":true})", {"3 Alpha not a float.  Defaulting to 0.0.",
             "3 Gradient Variable doesn't match.  Defaulting to intensity.", no_blend}, 1},
         {"gradientMap", R"({"alpha":1})", {"3 vokGradientfromColorsValAndOpacitiesVal failed: opacities or colors is not an array"}},
@@ -205,5 +207,28 @@ TEST(Processors, RunAsTheirEngineCallsOrFailWithTheirMessage) {
         vok_test::LogCapture log;
         EXPECT_EQ(c.run(v.get(), bitmap.get(), &params), 0) << c.message;
         EXPECT_EQ(vok_test::lines(log), Lines{std::string("3 ") + c.message});
+    }
+}
+
+// Worked bytes, independent of the engine functions the table above calls.
+TEST(Processors, GammaAndFadedMapsRoundAsWorkedByHand) {
+    std::string zeros = "[0";
+    for (int i = 1; i < 256; ++i) zeros += ",0";
+    zeros += "]";
+    const struct { std::string step; double strength; VokColor in, out; } cases[] = {
+        // 255 (200/255)^2 + 0.5 = 157.36; (128/255)^2: 64.75; 1: 0.5 truncates to 0.
+        {R"({"name":"gamma","parameters":{"value":2}})", 1.0, {200, 128, 1, 9}, {157, 64, 0, 9}},
+        // Every map entry 0, faded by half: level v gives v / 2 rounded half up.
+        {R"({"name":"histogramMapping","parameters":{"histMap":{"r":)" + zeros + R"(,"g":)" + zeros +
+             R"(,"b":)" + zeros + "}}}",
+         0.5, {1, 3, 254, 9}, {1, 2, 127, 9}},
+    };
+    for (const auto &c : cases) {
+        TestBitmap px(1, 1);
+        px.at(0, 0) = c.in;
+        const VokEffectParams params = vok_test::params_with(c.strength);
+        vok_test::Effect effect(R"({"identifier":"t","processors":[)" + c.step + "]}");
+        EXPECT_EQ(TESKRunEffect(effect.get(), px.get(), &params), 1) << c.step;
+        EXPECT_EQ(px.at(0, 0), c.out) << c.step;
     }
 }

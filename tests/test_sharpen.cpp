@@ -187,4 +187,17 @@ TEST(SharpenWrappers, SharpenAndBlendAndSoftFocus) {
     grey.fill(rgba(100, 200, 0, 9));
     EXPECT_NE(VokConvolutionEffectSoftFocus(grey.get()), 0);
     EXPECT_EQ(grey.at(7, 7), rgba(110, 220, 0, 9));
+    // On a textured image (W + H = 440: a real blur) the weights are not interchangeable.
+    TestBitmap texture(400, 40);
+    texture.randomize(78);
+    TestBitmap soft(texture), blurred(texture);
+    ASSERT_NE(VokConvolutionEffectSoftFocus(soft.get()), 0);
+    VokConvolutionEffectBoxHybridSharpen(blurred.get(), -100.0f);
+    for (uint32_t y = 0; y < 40; y += 3) {
+        for (uint32_t x = 0; x < 400; x += 7) {
+            const float b = blurred.at(x, y).green, o = texture.at(x, y).green;
+            const float v = 0.5f * b + 0.6f * o;
+            ASSERT_EQ(soft.at(x, y).green, v > 255.0f ? 255 : static_cast<int>(v)) << x << "," << y;
+        }
+    }
 }

@@ -129,5 +129,16 @@ TEST(BlurHistMap, PlainRuleOnRandomImagesAndBothEnhancements) {
     VokNightEnhance(night.get());
     VokLocalContrastEnhance(dark.get());
     EXPECT_GT(dark.at(3, 2).red, 40);
+    // The gains come from the green histogram: bright green lifts little,
+    // dark green a lot, whatever red holds (red-driven gains would give
+    // (48, 218, 48) and (201, 39, 90)).
+    const VokColor colours[][2] = {{rgba(40, 200, 40), rgba(42, 205, 42)},
+                                   {rgba(200, 40, 90), rgba(234, 52, 109)}};
+    for (const auto &c : colours) {
+        TestBitmap flat(8, 6);
+        flat.fill(c[0]);
+        VokLocalContrastEnhance(flat.get());
+        EXPECT_EQ(flat.at(5, 4), c[1]);
+    }
     for (uint32_t i = 0; i < 48; ++i) EXPECT_EQ(night.at(i % 8, i / 8), rgba(112, 112, 112, 255));
 }

@@ -1,6 +1,8 @@
 // The slider tools and the combined adjustment.
 #include <gtest/gtest.h>
 
+#include <math.h>
+
 #include <tuple>
 #include <vector>
 
@@ -49,6 +51,30 @@ TEST(Sliders, NeutralAmountsClampsAndHandWorkedPixels) {
         pixel.fill(before);
         slider(pixel.get(), 0, amount);
         EXPECT_EQ(pixel.at(0, 0), want) << amount << " on " << before;
+    }
+}
+
+// Warmth's gain tables at amounts where each coefficient's last digit moves
+// some level across a rounding boundary: w = 100 (1 - cos(a pi / 200)), then
+// warm targets 255 + 0.9078 w, 255 - 0.24 w, 255 - 1.4 w; cool ones
+// 255 + 1.55 w, 255 - 0.44625 w, 255 - 2.4531 w (w < 0); level v x target / 255.
+TEST(Sliders, WarmthGainsFollowTheirCoefficients) {
+    TestBitmap ramp(256, 1);
+    for (uint32_t v = 0; v < 256; ++v) ramp.at(v, 0) = rgba(v, v, v);
+    for (double amount : {45.0, 50.0, 55.0, 60.0, 65.0, -270.0, -285.0, -290.0, -295.0, -300.0}) {
+        TestBitmap warm(ramp);
+        VokToolWarmth(warm.get(), 0, amount);
+        const double w = (1.0 - cos(0.015707963267948967 * amount)) * (amount > 0 ? 100.0 : -100.0);
+        const double target[3] = {w > 0 ? 255.0 + 0.9078 * w : 255.0 + 1.55 * w,
+                                  w > 0 ? 255.0 - 0.24 * w : 255.0 - 0.44625 * w,
+                                  w > 0 ? 255.0 - 1.4 * w : 255.0 - 2.4531 * w};
+        for (int c = 0; c < 3; ++c) {
+            for (uint32_t v = 0; v < 256; ++v) {
+                const double level = v * (target[c] * 0.00392156862745098);
+                const int want = level > 254.5 ? 255 : level < -0.5 ? 0 : static_cast<int>(level + 0.5);
+                ASSERT_EQ((&warm.at(v, 0).red)[c], want) << amount << " channel " << c << " level " << v;
+            }
+        }
     }
 }
 
