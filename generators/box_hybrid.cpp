@@ -18,8 +18,9 @@ namespace {
 // On x86-64 the filtering loops are also built for AVX2, whose 8-lane
 // 32-bit multiply the baseline instruction set lacks; the loader picks the
 // version the processor supports. The arithmetic is the same integer
-// arithmetic, so both give identical bytes.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+// arithmetic, so both give identical bytes. Not under the thread sanitizer,
+// whose runtime is not up yet when the loader runs the clone resolvers.
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_THREAD__)
 #define VOK_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
 #else
 #define VOK_VECTOR_CLONES

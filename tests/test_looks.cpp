@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/bitmaps.h"
@@ -53,5 +54,35 @@ TEST(Looks, EveryBundledLookRunsOnAPhoto) {
         TestBitmap whole(original);
         EXPECT_EQ(1, TESKRunEffect(effect.get(), whole.get(), &params));
         EXPECT_EQ(stepwise.bytes(), whole.bytes());
+    }
+}
+
+// The library keeps no shared state: one loaded effect run from four threads
+// at once gives every thread the bytes of a run on its own.
+TEST(Looks, OneLoadedEffectRunsOnFourThreadsAtOnce) {
+    const TestBitmap original = vok_test::coffee_crop();
+    VokEffectParams params;
+    VokEffectInitParams(&params);
+    params.seed = 99;
+    for (const auto &entry :
+         std::filesystem::directory_iterator(std::string(getenv("VOK_EXAMPLES")) + "/effects")) {
+        if (entry.path().extension() != ".json") continue;
+        SCOPED_TRACE(entry.path().filename().string());
+        const vok_test::Effect effect(read_file(entry.path()));
+        ASSERT_NE(nullptr, effect.get());
+        TestBitmap alone(original);
+        ASSERT_EQ(1, TESKRunEffect(effect.get(), alone.get(), &params));
+        std::vector<TestBitmap> copies(4, original);
+        std::vector<int> results(4, 0);
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t)
+            threads.emplace_back([&, t] {
+                results[t] = TESKRunEffect(effect.get(), copies[t].get(), &params);
+            });
+        for (std::thread &thread : threads) thread.join();
+        for (int t = 0; t < 4; ++t) {
+            EXPECT_EQ(results[t], 1) << t;
+            EXPECT_EQ(copies[t].bytes(), alone.bytes()) << t;
+        }
     }
 }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <vector>
 
 #include "vok/core.h"
@@ -38,23 +39,42 @@ TEST(RNG, RecurrenceFloatsAndDeviates) {
 }
 
 TEST(MPD, PowerOfTwoLengthDrawsOncePerMidpoint) {
-    // Replay by hand: levels half = 4, 2, 1 with amplitudes 1, 0.5, 0.25.
-    VokRNG r, mine;
-    VokRNGSeed(&r, 42);
-    VokRNGSeed(&mine, 42);
-    std::vector<float> e(9, 0.0f), v, w;
-    e[0] = 1.0f;
-    e[8] = 3.0f;
-    v = w = e;
-    float amp = 1.0f;
-    for (int step = 8; step >= 2; step /= 2, amp *= 0.5f)
-        for (int i = 0; i < 8; i += step)
-            e[i + step / 2] = (e[i] + e[i + step]) * 0.5f + (VokRNGNextFloat(&r) - 0.5f) * amp;
-    VokMPDSeed(v.data(), 0, 8, 1.0f, 1.0f, 0, 42);
-    VokMPDRNG(w.data(), 0, 8, 1.0f, 1.0f, 0, &mine);
-    EXPECT_EQ(v, e);
-    EXPECT_EQ(w, e);
-    EXPECT_EQ(mine.state, r.state);  // the caller's generator advanced by the 7 draws
+    // Replay by hand: levels half = 4, 2, 1 with amplitudes 1, 0.5, 0.25, one
+    // draw of the distribution per midpoint, for every distribution and all
+    // three ways of preparing the generator.
+    for (uint32_t distribution : {0u, 1u, 2u}) {
+        VokRNG r, mine, from_init;
+        VokRNGSeed(&r, 42);
+        VokRNGSeed(&mine, 42);
+        srand48(77);
+        VokRNGInit(&from_init);
+        std::vector<float> e(9, 0.0f), v, w, x;
+        e[0] = 1.0f;
+        e[8] = 3.0f;
+        v = w = x = e;
+        std::vector<float> by_init = e;
+        auto draw = [distribution](VokRNG *g) {
+            return distribution == 0   ? VokRNGNextFloat(g) - 0.5f
+                   : distribution == 1 ? VokRNGNextFloatNormal(g)
+                                       : VokRNGNextFloatLaplace(g);
+        };
+        float amp = 1.0f;
+        for (int step = 8; step >= 2; step /= 2, amp *= 0.5f) {
+            for (int i = 0; i < 8; i += step) {
+                e[i + step / 2] = (e[i] + e[i + step]) * 0.5f + draw(&r) * amp;
+                by_init[i + step / 2] =
+                    (by_init[i] + by_init[i + step]) * 0.5f + draw(&from_init) * amp;
+            }
+        }
+        VokMPDSeed(v.data(), 0, 8, 1.0f, 1.0f, distribution, 42);
+        VokMPDRNG(w.data(), 0, 8, 1.0f, 1.0f, distribution, &mine);
+        srand48(77);
+        VokMPD(x.data(), 0, 8, 1.0f, 1.0f, distribution);
+        EXPECT_EQ(v, e) << distribution;
+        EXPECT_EQ(w, e) << distribution;
+        EXPECT_EQ(x, by_init) << distribution;
+        EXPECT_EQ(mine.state, r.state);  // the caller's generator advanced by the draws
+    }
 }
 
 TEST(MPD, UnknownDistributionIsAStraightLineAndStretches) {

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <png.h>
+#include <jpeglib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -91,11 +92,12 @@ TEST(ImageIo, PngLayoutsBecomeEightBitRgba) {
     EXPECT_EQ(pixels_of(image), (std::vector<uint8_t>{0, 0, 255, 64, 255, 0, 0, 255,
                                                        0, 0, 255, 64}));
 
-    // 16 bits a channel are scaled to 8 with rounding.
-    const uint16_t deep[] = {0xFFFF, 0x0000, 0x8080, 0xFFFF};
-    write_png_as(dir.path("deep.png"), 1, 1, PNG_FORMAT_LINEAR_RGB_ALPHA, deep);
+    // 16 bits a channel are scaled to 8 with rounding (taking the high byte
+    // would give 0 and 255 for the first two).
+    const uint16_t deep[] = {0x00FF, 0xFF00, 0x8080, 0xFFFF, 0xFFFF, 0x0000, 0x0101, 0xFFFF};
+    write_png_as(dir.path("deep.png"), 2, 1, PNG_FORMAT_LINEAR_RGB_ALPHA, deep);
     ASSERT_TRUE(vok_cli::read_image(dir.path("deep.png"), image, error)) << error;
-    EXPECT_EQ(pixels_of(image), (std::vector<uint8_t>{255, 0, 128, 255}));
+    EXPECT_EQ(pixels_of(image), (std::vector<uint8_t>{1, 254, 128, 255, 255, 0, 1, 255}));
 }
 
 TEST(ImageIo, FailuresExplainAndNeverClobberTheTarget) {
@@ -135,6 +137,53 @@ TEST(ImageIo, FailuresExplainAndNeverClobberTheTarget) {
     EXPECT_FALSE(error.empty());
     EXPECT_EQ(vok_test::read_file(dir.path("keep.jpg")), "precious");
     EXPECT_EQ(dir.entries(), before);
+}
+
+// A flat 8 x 8 CMYK JPEG, with or without the Adobe marker that says its inks are inverted.
+void write_cmyk_jpeg(const std::string &path, const uint8_t (&cmyk)[4], bool adobe) {
+    jpeg_compress_struct info;
+    jpeg_error_mgr errors;
+    info.err = jpeg_std_error(&errors);
+    jpeg_create_compress(&info);
+    FILE *file = fopen(path.c_str(), "wb");
+    ASSERT_NE(file, nullptr);
+    jpeg_stdio_dest(&info, file);
+    info.image_width = info.image_height = 8;
+    info.input_components = 4;
+    info.in_color_space = JCS_CMYK;
+    jpeg_set_defaults(&info);
+    jpeg_set_quality(&info, 100, TRUE);
+    info.write_Adobe_marker = adobe;
+    jpeg_start_compress(&info, TRUE);
+    std::vector<uint8_t> row(8 * 4);
+    for (size_t i = 0; i < row.size(); ++i) row[i] = cmyk[i % 4];
+    JSAMPROW pointer = row.data();
+    while (info.next_scanline < 8) jpeg_write_scanlines(&info, &pointer, 1);
+    jpeg_finish_compress(&info);
+    jpeg_destroy_compress(&info);
+    fclose(file);
+}
+
+TEST(ImageIo, CmykJpegsBecomeRgbWithTheirInkConvention) {
+    ScratchDir dir;
+    std::string error;
+    Image image;
+    const uint8_t inks[4] = {255, 128, 0, 204};
+    // Adobe-inverted: the stored bytes are 255 - ink, so red = 255 x 204 / 255.
+    write_cmyk_jpeg(dir.path("adobe.jpg"), inks, true);
+    ASSERT_TRUE(vok_cli::read_image(dir.path("adobe.jpg"), image, error)) << error;
+    const std::vector<uint8_t> adobe = pixels_of(image);
+    EXPECT_NEAR(adobe[0], 204, 2);
+    EXPECT_NEAR(adobe[1], 102, 2);
+    EXPECT_NEAR(adobe[2], 0, 2);
+    EXPECT_EQ(adobe[3], 255);
+    // Plain CMYK: red = (255 - 255)(255 - 204) / 255 = 0, green 25, blue 51.
+    write_cmyk_jpeg(dir.path("plain.jpg"), inks, false);
+    ASSERT_TRUE(vok_cli::read_image(dir.path("plain.jpg"), image, error)) << error;
+    const std::vector<uint8_t> plain = pixels_of(image);
+    EXPECT_NEAR(plain[0], 0, 2);
+    EXPECT_NEAR(plain[1], 25, 2);
+    EXPECT_NEAR(plain[2], 51, 2);
 }
 
 TEST(ImageIo, DamagedAndOversizedJpegsAreRefusedFromWhatTheyClaim) {

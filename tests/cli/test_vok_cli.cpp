@@ -7,6 +7,7 @@
 #include "support/bitmaps.h"
 #include "cli_files.h"
 #include "image_io.h"
+#include "vok/generators.h"
 
 namespace {
 
@@ -87,6 +88,26 @@ TEST(VokCli, MixBlendsTheFullEffectOverThePhoto) {
     const auto mixed = apply("--mix=1", "mixed.png");
     ASSERT_EQ(mixed.size(), full.size());
     for (size_t i = 0; i < full.size(); ++i) EXPECT_NEAR(mixed[i], full[i], 1) << i;
+    // The seed reaches the effect: noise repeats for a seed and moves with it,
+    // exactly as the library draws it for that seed.
+    vok_test::write_file(dir.path("noise.json"),
+                         R"({"identifier": "n", "processors": [)"
+                         R"({"name": "noise", "parameters": {"intensity": 30}}]})");
+    std::vector<uint8_t> runs[3];
+    const char *seeds[3] = {"--seed 5", "--seed 5", "--seed 6"};
+    for (int i = 0; i < 3; ++i) {
+        const std::string out = "noise" + std::to_string(i) + ".png";
+        EXPECT_EQ(vok("apply " + std::string(seeds[i]) + " " + dir.path("noise.json") + " " +
+                      dir.path("in.png") + " " + dir.path(out)).status, 0);
+        vok_cli::Image image;
+        ASSERT_TRUE(vok_cli::read_image(dir.path(out), image, error)) << error;
+        runs[i].assign(image.bitmap.pixels, image.bitmap.pixels + 9 * 5 * 4);
+    }
+    vok_test::TestBitmap seeded(photo);
+    VokBitmapAddNoise(seeded.get(), 30.0f, 5u);
+    EXPECT_EQ(runs[0], seeded.bytes());
+    EXPECT_EQ(runs[1], runs[0]);
+    EXPECT_NE(runs[2], runs[0]);
     EXPECT_EQ(vok("apply --mix 0.5 --strength 0.5 " + dir.path("gamma.json") + " " +
                   dir.path("in.png") + " " + dir.path("x.png"))
                   .status,
