@@ -52,6 +52,11 @@ inline double json_double(yajl_val number) { return number->u.number.d; }
 // flag, else `fallback`.
 double json_double_or(yajl_val node, const char *key, double fallback);
 
+// The tree of a JSON text (comments allowed), exactly as yajl_tree_parse
+// builds it, or null when the text is not JSON or memory ran out at any point
+// (nothing is left allocated then). Free it with yajl_tree_free.
+yajl_val parse_json_tree(const char *text);
+
 // True when the root carries a string "identifier" and a "processors" array.
 bool has_envelope(yajl_val root);
 

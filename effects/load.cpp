@@ -61,8 +61,7 @@ VokJsonValue TESKLoadEffect(const char *json) {
         VOK_LOGD("Effect description refused: nested deeper than 64 levels.");
         return nullptr;
     }
-    char error[8];
-    yajl_val root = yajl_tree_parse(json, error, sizeof error);
+    yajl_val root = vok::parse_json_tree(json);
     if (!root) {
         VOK_LOGD("Invalid JSON string.");
         return nullptr;

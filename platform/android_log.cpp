@@ -4,7 +4,6 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
-#include <vector>
 
 namespace {
 
@@ -25,25 +24,21 @@ char priority_letter(int priority) {
 }  // namespace
 
 extern "C" int __android_log_print(int priority, const char *tag, const char *format, ...) {
+    // A fixed buffer, as the device's log has a fixed entry size: longer
+    // messages are cut, and logging never allocates (so it works when memory
+    // has run out, which is often what is being logged).
+    char message[4096];
     va_list args;
     va_start(args, format);
-    va_list measure;
-    va_copy(measure, args);
-    int length = std::vsnprintf(nullptr, 0, format, measure);
-    va_end(measure);
-    if (length < 0) {
-        va_end(args);
-        return length;
-    }
-    std::vector<char> message(static_cast<size_t>(length) + 1);
-    std::vsnprintf(message.data(), message.size(), format, args);
+    const int length = std::vsnprintf(message, sizeof message, format, args);
     va_end(args);
+    if (length < 0) return length;
 
     if (g_sink != nullptr) {
-        g_sink(priority, tag, message.data(), g_sink_context);
+        g_sink(priority, tag, message, g_sink_context);
     } else if (priority >= threshold()) {
         std::fprintf(stderr, "%c/%s: %s\n", priority_letter(priority), tag ? tag : "",
-                     message.data());
+                     message);
     }
     return length;
 }

@@ -1,6 +1,7 @@
 // Loading effect descriptions, the processor loop and the adjustable-strength run.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "support/bitmaps.h"
@@ -45,6 +46,64 @@ TEST(EffectLoad, RefusesBadTextWithItsMessageAndLoadsTheRestSilently) {
         Effect effect(c.json);
         EXPECT_EQ(effect.get() != nullptr, c.log.empty()) << c.json.substr(0, 60);
         EXPECT_EQ(lines(log), c.log) << c.json.substr(0, 60);
+    }
+}
+
+// Two trees alike to the bit: types, texts, number readings and their flags, key order.
+void expect_same_tree(yajl_val a, yajl_val b, const std::string &where) {
+    ASSERT_EQ(a == nullptr, b == nullptr) << where;
+    if (a == nullptr) return;
+    ASSERT_EQ(a->type, b->type) << where;
+    switch (a->type) {
+        case yajl_t_string:
+            EXPECT_STREQ(a->u.string, b->u.string) << where;
+            break;
+        case yajl_t_number:
+            EXPECT_STREQ(a->u.number.r, b->u.number.r) << where;
+            EXPECT_EQ(a->u.number.flags, b->u.number.flags) << where;
+            if (a->u.number.flags & YAJL_NUMBER_INT_VALID)
+                EXPECT_EQ(a->u.number.i, b->u.number.i) << where;
+            if (a->u.number.flags & YAJL_NUMBER_DOUBLE_VALID)
+                EXPECT_EQ(0, memcmp(&a->u.number.d, &b->u.number.d, sizeof(double))) << where;
+            break;
+        case yajl_t_object:
+            ASSERT_EQ(a->u.object.len, b->u.object.len) << where;
+            for (size_t i = 0; i < a->u.object.len; ++i) {
+                EXPECT_STREQ(a->u.object.keys[i], b->u.object.keys[i]) << where;
+                expect_same_tree(a->u.object.values[i], b->u.object.values[i],
+                                 where + "." + a->u.object.keys[i]);
+            }
+            break;
+        case yajl_t_array:
+            ASSERT_EQ(a->u.array.len, b->u.array.len) << where;
+            for (size_t i = 0; i < a->u.array.len; ++i)
+                expect_same_tree(a->u.array.values[i], b->u.array.values[i],
+                                 where + "[" + std::to_string(i) + "]");
+            break;
+        default:
+            break;
+    }
+}
+
+// The loader builds its own tree (so that running out of memory cannot crash
+// the parser); it must be yajl's tree exactly, number flags above all.
+TEST(EffectLoad, TreeIsYajlsTreeToTheBit) {
+    const char *values[] = {
+        "0", "-0", "12", "-12", "12.0", "1e2", "1E-2", "-0.5", "9223372036854775807",
+        "9223372036854775808", "-9223372036854775808", "-9223372036854775809",
+        "99999999999999999999", "1e999", "-1e999", "1e-400", "4.9e-324", "0.1",
+        R"("text")", R"("esc\"aped\n\u00e9\ud83d\ude00")", "\"\"", "true", "false", "null",
+        "[]", "{}", R"([1, [2, [3, {"a": [4.5, "b"]}]]])", R"({"k": 1, "k": 2, "": null})",
+        "/* comment */ [1, // line\n 2]"};
+    for (const char *value : values) {
+        const std::string text =
+            std::string(R"({"identifier": "t", "processors": [], "v": )") + value + "}";
+        const vok_test::Effect ours(text);
+        char error[64];
+        yajl_val theirs = yajl_tree_parse(text.c_str(), error, sizeof error);
+        ASSERT_NE(theirs, nullptr) << value;
+        expect_same_tree(ours.get(), theirs, value);
+        yajl_tree_free(theirs);
     }
 }
 
