@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
 # Installs what vok-lite needs to build, test and run on Debian: compilers,
-# CMake, yajl, GoogleTest, Google Benchmark, libpng, libjpeg-turbo, and the
-# 32-bit ARM cross toolchain with qemu. Safe to rerun; when everything is
+# CMake, yajl, GoogleTest, Google Benchmark, libpng, libjpeg-turbo, the
+# 32-bit ARM cross toolchain with qemu, and clang with libFuzzer. Safe to rerun; when everything is
 # present it does not touch apt at all.
 set -euo pipefail
 
 host_packages=(
   build-essential cmake pkg-config
   libyajl-dev libgtest-dev libgmock-dev libbenchmark-dev libpng-dev libjpeg62-turbo-dev
-  g++-arm-linux-gnueabihf qemu-user
+  g++-arm-linux-gnueabihf qemu-user clang libclang-rt-14-dev
 )
 # The cross toolchain's *-cross packages provide the ARM C and C++ runtime;
 # only these libraries come from Debian's armhf archive.

@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
 # Builds and runs every test three ways: on the host, on the host under
 # AddressSanitizer + UndefinedBehaviorSanitizer, and as a 32-bit ARM build
-# under qemu; then the threaded tests under ThreadSanitizer. Fails if any
-# build or test fails.
+# under qemu; then the threaded tests under ThreadSanitizer and a replay of
+# the fuzzing corpus (the bundled looks and saved findings) under clang's
+# sanitizers. Fails if any build or test fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 bash scripts/setup.sh
 jobs=$(nproc)
 failed=()
-for preset in release sanitize armhf tsan; do
+for preset in release sanitize armhf tsan fuzz; do
   echo "==== $preset"
   log=build/$preset/ctest.log
   # Names not every family defines yet are listed by the symbols test
@@ -33,4 +34,4 @@ if ((${#failed[@]})); then
   echo "test: FAILED: ${failed[*]}" >&2
   exit 1
 fi
-echo "test: release, sanitize, armhf and tsan all passed"
+echo "test: release, sanitize, armhf, tsan and fuzz all passed"
