@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs what vok-lite needs to build, test and run on Debian: compilers,
 # CMake, yajl, GoogleTest, Google Benchmark, libpng, libjpeg-turbo, the
-# 32-bit ARM cross toolchain with qemu, and clang with libFuzzer. Safe to rerun; when everything is
-# present it does not touch apt at all.
+# 32-bit ARM cross toolchain with qemu, and clang with libFuzzer. Safe to
+# rerun; when everything is present it does not touch apt at all.
 set -euo pipefail
 
 host_packages=(
