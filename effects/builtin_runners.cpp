@@ -1,6 +1,7 @@
 // The two processors whose bodies live outside the description format:
 // "original" and the named legacy presets.
 #include "effects/effects_internal.h"
+#include "vok/tonal.h"
 
 extern "C" {
 
@@ -28,13 +29,12 @@ int TESKRunLegacyProcessor(VokJsonValue parameters, VokBitmap *, const VokEffect
 }
 
 // Reachable only by calling it directly; the name table does not list it.
-int TESKRunAutoColorsFadeMaxProcessor(VokJsonValue parameters, VokBitmap *,
-                                      const VokEffectParams *) {
+int TESKRunAutoColorsFadeMaxProcessor(VokJsonValue parameters, VokBitmap *bitmap,
+                                      const VokEffectParams *params) {
     VokColor color;
     if (!TESKColorFromColorVal(vok::json_object(parameters, "color"), &color)) return 0;
-    VOK_LOGD("AutoColorsFadeMax processor is not available yet: automatic colours are not "
-             "built.");
-    return 0;
+    VokAutoColorsFadeMaxColor(bitmap, params->strength, &color);
+    return 1;
 }
 
 }  // extern "C"

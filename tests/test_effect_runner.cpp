@@ -61,10 +61,12 @@ void expect_same_tree(yajl_val a, yajl_val b, const std::string &where) {
         case yajl_t_number:
             EXPECT_STREQ(a->u.number.r, b->u.number.r) << where;
             EXPECT_EQ(a->u.number.flags, b->u.number.flags) << where;
-            if (a->u.number.flags & YAJL_NUMBER_INT_VALID)
+            if (a->u.number.flags & YAJL_NUMBER_INT_VALID) {
                 EXPECT_EQ(a->u.number.i, b->u.number.i) << where;
-            if (a->u.number.flags & YAJL_NUMBER_DOUBLE_VALID)
+            }
+            if (a->u.number.flags & YAJL_NUMBER_DOUBLE_VALID) {
                 EXPECT_EQ(0, memcmp(&a->u.number.d, &b->u.number.d, sizeof(double))) << where;
+            }
             break;
         case yajl_t_object:
             ASSERT_EQ(a->u.object.len, b->u.object.len) << where;

@@ -188,8 +188,8 @@ TEST(Processors, RunAsTheirEngineCallsOrFailWithTheirMessage) {
         if (c.engine) c.engine(expected.get());
         EXPECT_EQ(bitmap.bytes(), expected.bytes()) << c.parameters;
     }
-    // Parameters that are no object reach the runners only directly; the automatic-colours runner is
-    // outside the name table and has no automatic colours yet.
+    // Parameters that are no object reach the runners only directly; so does the automatic-colours
+    // runner, outside the name table.
     const struct { int (*run)(VokJsonValue, VokBitmap *, const VokEffectParams *); const char *parameters, *message; } direct[] = {
         {TESKRunHistogramMappingProcessor, "3", "HistMap Processor failed: params dne or is not an object."},
         {TESKRunColorMatrixTransformProcessor, "null", "Color Matrix Processor failed: params dne or is not an object."},
@@ -197,8 +197,6 @@ TEST(Processors, RunAsTheirEngineCallsOrFailWithTheirMessage) {
         {TESKRunVignetteProcessor, "1", "Borders Vignette Processor failed: params dne or is not an object."},
         {TESKRunFlareProcessor, "1", "Flare Processor failed: params dne or is not an object."},
         {TESKRunLegacyProcessor, "[]", "Legacy Processor failed: params dne or is not an object."},
-        {TESKRunAutoColorsFadeMaxProcessor, R"({"color":{"r":1,"g":2,"b":3,"a":4}})",
-         "AutoColorsFadeMax processor is not available yet: automatic colours are not built."},
     };
     TestBitmap bitmap(2, 2);
     const VokEffectParams params = vok_test::params_with(1.0);
@@ -208,6 +206,18 @@ TEST(Processors, RunAsTheirEngineCallsOrFailWithTheirMessage) {
         EXPECT_EQ(c.run(v.get(), bitmap.get(), &params), 0) << c.message;
         EXPECT_EQ(vok_test::lines(log), Lines{std::string("3 ") + c.message});
     }
+    // The automatic-colours runner hands the engine the strength and the colour.
+    TestBitmap colours(13, 9), expected(13, 9);
+    colours.randomize(12);
+    std::copy_n(colours.get()->pixels, 13 * 9 * 4, expected.get()->pixels);
+    const VokColor warm = {250, 190, 120, 200};
+    VokAutoColorsFadeMaxColor(expected.get(), 0.5, &warm);
+    vok_test::JsonValue colour(R"({"color":{"r":250,"g":190,"b":120,"a":200}})");
+    const VokEffectParams half = vok_test::params_with(0.5);
+    EXPECT_EQ(TESKRunAutoColorsFadeMaxProcessor(colour.get(), colours.get(), &half), 1);
+    EXPECT_EQ(colours.bytes(), expected.bytes());
+    vok_test::JsonValue no_colour(R"({"colour":{}})");
+    EXPECT_EQ(TESKRunAutoColorsFadeMaxProcessor(no_colour.get(), colours.get(), &half), 0);
 }
 
 // Worked bytes, independent of the engine functions the table above calls.

@@ -100,6 +100,26 @@ VOK_API void VokLocalContrastEnhanceProcessor(VokBitmap *bitmap);
 VOK_API void VokLocalContrastEnhance(VokBitmap *bitmap);
 VOK_API void VokNightEnhance(VokBitmap *bitmap);
 
+/* ---- Automatic enhancement -----------------------------------------------
+ * One-tap corrections that measure the photo and choose their own amounts.
+ * Strength runs from 0 (every byte unchanged) to 1 (the full correction) and
+ * is clamped to that range; a NaN strength, a null or empty bitmap change
+ * nothing. Alpha is kept. Uniform photos stay uniform. */
+/* Auto colour and tone in scaled LAB: lightness stretched between its 0.5 %
+ * and 99.5 % levels with a gamma that moves the median half-way to mid-grey,
+ * a and b shifted (at most 12 levels) so the near-neutral pixels average
+ * neutral; histogram maps on the LAB bytes, faded by strength. */
+VOK_API void VokLabCorrect(VokBitmap *bitmap, float strength);
+/* Exposure and contrast chosen from the intensity histogram: dark photos are
+ * lifted, flat ones gain contrast, contrasty ones barely change; the curves of
+ * the exposure and contrast builders and the contrast's desaturation matrix,
+ * at most two passes. */
+VOK_API void VokVaryingContrast(VokBitmap *bitmap, float strength);
+/* Automatic colours (each channel stretched between its 0.5 % and 99.5 %
+ * levels) with the brightest tones faded toward `color` (by its alpha), in
+ * one table pass; the maps are faded by strength. A null colour changes nothing. */
+VOK_API void VokAutoColorsFadeMaxColor(VokBitmap *bitmap, double strength, const VokColor *color);
+
 VOK_END_DECLS
 
 #endif
