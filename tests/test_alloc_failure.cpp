@@ -16,7 +16,6 @@
 #include "support/golden.h"
 #include "vok/vok_lite.h"
 
-#if !defined(__SANITIZE_ADDRESS__)
 namespace {
 int fail_countdown = -1;  // the allocation that fails when it reaches 0; negative: none
 bool counting = false;
@@ -26,6 +25,7 @@ bool fail_now() { return fail_countdown >= 0 && fail_countdown-- == 0; }
 void taken(void *p) { live_blocks += counting && p != nullptr; }
 }  // namespace
 
+#if !defined(__SANITIZE_ADDRESS__)
 extern "C" void *__libc_malloc(size_t);
 extern "C" void *__libc_calloc(size_t, size_t);
 extern "C" void *__libc_realloc(void *, size_t);
