@@ -12,10 +12,10 @@ namespace {
 // neutral, and lightness off the extremes (deep shadows are noisy, highlights
 // clipped). A first look takes a wider reach around 127, then the cast it
 // finds is measured again from the pixels near that estimate.
-constexpr int kFirstReach = 24, kNeutralReach = 12;
+constexpr int kFirstReach = 16, kNeutralReach = 10;
 constexpr int kNeutralDarkest = 26, kNeutralLightest = 242;
 // The white balance moves a and b by at most this.
-constexpr int kMaxShift = 16;
+constexpr int kMaxShift = 10;
 
 struct Neutrals {
     uint64_t count = 0, sum_a = 0, sum_b = 0;

@@ -8,6 +8,7 @@
 #include "cli_files.h"
 #include "image_io.h"
 #include "vok/generators.h"
+#include "vok/tonal.h"
 
 namespace {
 
@@ -189,6 +190,37 @@ TEST(VokCli, InfoAndHelp) {
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(contains(run.output, "validate")) << run.output;
     EXPECT_EQ(vok("").status, 2);
+}
+
+TEST(VokCli, EnhanceCorrectsAPhotoAndKeepsItsExitCodes) {
+    ScratchDir dir;
+    vok_test::TestBitmap photo(30, 20);
+    photo.randomize(3);
+    for (uint8_t *p = photo.get()->pixels, *end = p + 30 * 20 * 4; p != end; p += 4) {
+        p[0] = static_cast<uint8_t>(30 + p[0] / 5), p[1] = static_cast<uint8_t>(30 + p[1] / 5);
+        p[2] = static_cast<uint8_t>(40 + p[2] / 5), p[3] = 255;  // dark, flat, bluish
+    }
+    std::string error;
+    ASSERT_TRUE(vok_cli::write_image(dir.path("in.png"), *photo.get(), error));
+    auto output = [&](const std::string &name) {
+        vok_cli::Image image;
+        EXPECT_TRUE(vok_cli::read_image(dir.path(name), image, error)) << error;
+        return image.bitmap.pixels
+                   ? std::vector<uint8_t>(image.bitmap.pixels, image.bitmap.pixels + 30 * 20 * 4)
+                   : std::vector<uint8_t>();
+    };
+    EXPECT_EQ(vok("enhance " + dir.path("in.png") + " " + dir.path("full.png")).status, 0);
+    vok_test::TestBitmap expected(photo);
+    VokLabCorrect(expected.get(), 1.0f);
+    VokVaryingContrast(expected.get(), 1.0f);
+    EXPECT_EQ(output("full.png"), expected.bytes());
+    EXPECT_EQ(vok("enhance --strength 0 " + dir.path("in.png") + " " + dir.path("none.png")).status,
+              0);
+    EXPECT_EQ(output("none.png"), photo.bytes());
+    EXPECT_EQ(vok("enhance " + dir.path("in.png")).status, 2);
+    EXPECT_EQ(vok("enhance --strength x " + dir.path("in.png") + " " + dir.path("x.png")).status, 2);
+    EXPECT_EQ(vok("enhance " + dir.path("missing.png") + " " + dir.path("x.png")).status, 2);
+    EXPECT_FALSE(vok_test::file_exists(dir.path("x.png")));
 }
 
 }  // namespace
