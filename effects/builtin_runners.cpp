@@ -1,6 +1,7 @@
 // The two processors whose bodies live outside the description format:
 // "original" and the named legacy presets.
 #include "effects/effects_internal.h"
+#include "effects/legacy_presets.h"
 #include "vok/tonal.h"
 
 extern "C" {
@@ -10,9 +11,8 @@ int TESKRunOriginalProcessor(VokJsonValue, VokBitmap *bitmap, const VokEffectPar
     return 1;
 }
 
-// No legacy preset ships yet, so every name is unknown; once presets exist,
-// border presets must return 1 untouched when bordersEnabled is false.
-int TESKRunLegacyProcessor(VokJsonValue parameters, VokBitmap *, const VokEffectParams *) {
+int TESKRunLegacyProcessor(VokJsonValue parameters, VokBitmap *bitmap,
+                           const VokEffectParams *params) {
     if (!vok::json_is_object(parameters)) {
         VOK_LOGD("Legacy Processor failed: params dne or is not an object.");
         return 0;
@@ -24,8 +24,13 @@ int TESKRunLegacyProcessor(VokJsonValue parameters, VokBitmap *, const VokEffect
     }
     const char *text = vok::json_text(name);
     if (!text) return 0;
-    VOK_LOGD("No legacy processor found with name: %s.", text);
-    return 0;
+    const vok::LegacyPreset *preset = vok::find_legacy_preset(text);
+    if (preset == nullptr) {
+        VOK_LOGD("No legacy processor found with name: %s.", text);
+        return 0;
+    }
+    if (!preset->border || params->bordersEnabled) preset->apply(bitmap, params);
+    return 1;
 }
 
 // Reachable only by calling it directly; the name table does not list it.

@@ -173,6 +173,10 @@ TEST(Processors, RunAsTheirEngineCallsOrFailWithTheirMessage) {
          }},
         {"gradientFlare", R"({"gradient":{"colors":[{"location":0}],"opacities":[]}})", {stop + "color or location."}},
         {"legacyProcessor", "{}", {"3 Legacy Processor failed: legacy border name is incorrect or missing."}},
+        {"legacyProcessor", R"({"legacyName":"sepiaDream"})", {"3 No legacy processor found with name: sepiaDream."}},
+        {"legacyProcessor", R"({"legacyName":"autocontrast"})", {"3 No legacy processor found with name: autocontrast."}},
+        {"legacyProcessor", R"({"legacyName":"autoContrast"})", {}, 1, 0.5, [](VokBitmap *b) { VokVaryingContrast(b, 0.5f); }},
+        {"legacyProcessor", R"({"legacyName":"autoColourTone"})", {}, 1, 0.7, [](VokBitmap *b) { VokLabCorrect(b, 0.7f); }},
     };
     for (const auto &c : cases) {
         TestBitmap bitmap(13, 9);
