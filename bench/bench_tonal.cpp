@@ -58,3 +58,18 @@ static void BM_AdjustCombinedPerPixel(benchmark::State &state) {
 }
 BENCHMARK(BM_AdjustCombinedTable)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_AdjustCombinedPerPixel)->Unit(benchmark::kMillisecond);
+
+// The automatic enhancements measure the photo, so each starts from it.
+static void BM_LabCorrect(benchmark::State &state) {
+    run_restored(state, [](VokBitmap *b) { VokLabCorrect(b, 1.0f); });
+}
+static void BM_VaryingContrast(benchmark::State &state) {
+    run_restored(state, [](VokBitmap *b) { VokVaryingContrast(b, 1.0f); });
+}
+static void BM_AutoColorsFadeMaxColor(benchmark::State &state) {
+    const VokColor warm = {255, 236, 206, 255};
+    run_restored(state, [&warm](VokBitmap *b) { VokAutoColorsFadeMaxColor(b, 1.0, &warm); });
+}
+BENCHMARK(BM_LabCorrect)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_VaryingContrast)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_AutoColorsFadeMaxColor)->Unit(benchmark::kMillisecond);
