@@ -89,3 +89,36 @@ static void BM_GradientFlareApply(benchmark::State &state) {
 }
 // Shapes: 2 circle, 3 gaussian, 14 spiral.
 BENCHMARK(BM_GradientFlareApply)->Arg(2)->Arg(3)->Arg(14)->Unit(benchmark::kMillisecond);
+
+// Mosaics at their default cell size (146 pixels on 12 megapixels) and at 16.
+static void BM_Mosaic(benchmark::State &state, void (*mosaic)(VokBitmap *, float)) {
+    vok_bench::Photo photo;
+    const float size = static_cast<float>(state.range(0));
+    for (auto _ : state) {
+        photo.reset_untimed(state);
+        mosaic(&photo.bitmap, size);
+    }
+    vok_bench::report_pixels(state);
+}
+BENCHMARK_CAPTURE(BM_Mosaic, Pixelate, VokBlurModesPixelateProcessor)->Arg(0)->Arg(16)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Triangles, VokBlurModesTrianglesProcessor)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Circles, VokBlurModesCirclesProcessor)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Diamonds, VokBlurModesDiamondsProcessor)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Houndstooth, VokBlurModesHoundstoothProcessor)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Chevrons, VokBlurModesChevronsProcessor)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Sines, VokBlurModesSinesProcessor)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Scales, VokBlurModesScalesProcessor)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Bricks, VokBlurModesBricksProcessor)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Voronoi, VokBlurModesVoronoi)->Arg(0)->Arg(16)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Hearts, VokBlurModesHeartsProcessor)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Mosaic, Hexagons, VokBlurModesHexagons)->Arg(0)->Unit(benchmark::kMillisecond);
+
+// The uniform box filter: the same cost at any radius (amount 10: 1 pixel, 1000: 175).
+static void BM_UniformSharpen(benchmark::State &state, void (*pass)(VokBitmap *, float)) {
+    vok_bench::Photo photo;
+    const float amount = static_cast<float>(state.range(0));
+    for (auto _ : state) pass(&photo.bitmap, -amount);
+    vok_bench::report_pixels(state);
+}
+BENCHMARK_CAPTURE(BM_UniformSharpen, X, VokConvolutionEffectsUniformSharpenX)->Arg(10)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_UniformSharpen, Y, VokConvolutionEffectsUniformSharpenY)->Arg(10)->Arg(1000)->Unit(benchmark::kMillisecond);

@@ -10,6 +10,7 @@
 
 #include "support/bitmaps.h"
 #include "support/log_capture.h"
+#include "vok/generators.h"
 #include "vok/tools.h"
 
 using vok_test::LogCapture;
@@ -273,7 +274,7 @@ TEST_F(ToolRun, FullEffectsPerTypeAndTheFinalRender) {
     // Tints keep their colour for the stamps, with the opacity as alpha.
     const struct { VokToolType type; bool changes; double tolerance; VokColor colour; } rows[] = {
         {0, false, any, white},  {3, false, any, white},  {15, false, any, white},
-        {32, false, any, white}, {36, false, any, white}, {1, true, 10, white},
+        {32, true, any, white},  {36, false, any, white}, {1, true, 10, white},
         {2, true, any, white},   {5, true, any, white},   {11, true, any, white},
         {13, true, any, white},  {14, true, any, white},  {6, true, 10, rgba(55, 44, 38, 128)},
         {7, true, 10, rgba(205, 144, 115, 77)}, {8, true, any, rgba(190, 89, 106, 89)},
@@ -285,6 +286,10 @@ TEST_F(ToolRun, FullEffectsPerTypeAndTheFinalRender) {
     }
     TestBitmap blur = full_of(kVokToolBlur);
     EXPECT_EQ(full_of(kVokToolBlur2).bytes(), blur.bytes());
+    EXPECT_EQ(full_of(kVokToolVoronoi2).bytes(), full_of(kVokToolVoronoi).bytes());  // on purpose
+    TestBitmap cells = full_of(kVokToolHexagons), hexagons(photo);
+    VokBlurModesHexagons(hexagons.get(), 0.0f);  // mosaics take the default cell size
+    EXPECT_EQ(cells.bytes(), hexagons.bytes());
     state.restoreBitmap = blur.get();
     EXPECT_EQ(full_of(kVokToolRestore).bytes(), blur.bytes());
     TestBitmap none(photo), all(photo), clear(12, 10), opaque(12, 10), paint(60, 50);

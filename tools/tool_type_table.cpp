@@ -42,15 +42,13 @@ void unavailable(VokBitmap *, VokToolDrawParams *) {
 }
 constexpr char kRedEye[] = "VokRedEye", kMascara[] = "VokMascara", kEyeBright[] = "VokEyeBright",
                kEyeColor[] = "VokEyeColor", kEyeShadow[] = "VokEyeShadow",
-               kAirbrush[] = "VokAirbrush", kPixelate[] = "VokBlurModesPixelateProcessor",
-               kTriangles[] = "VokBlurModesTrianglesProcessor",
-               kCircles[] = "VokBlurModesCirclesProcessor",
-               kDiamonds[] = "VokBlurModesDiamondsProcessor",
-               kHoundstooth[] = "VokBlurModesHoundstoothProcessor",
-               kChevrons[] = "VokBlurModesChevronsProcessor",
-               kSines[] = "VokBlurModesSinesProcessor", kScales[] = "VokBlurModesScalesProcessor",
-               kBricks[] = "VokBlurModesBricksProcessor", kVoronoi[] = "VokBlurModesVoronoi",
-               kHearts[] = "VokBlurModesHeartsProcessor", kHexagons[] = "VokBlurModesHexagons";
+               kAirbrush[] = "VokAirbrush";
+
+// The mosaic types call their engine with the parameter 0: the default cell size.
+template <void (*Engine)(VokBitmap *, float)>
+void mosaic(VokBitmap *bitmap, VokToolDrawParams *) {
+    Engine(bitmap, 0.0f);
+}
 
 constexpr double kAny = kAnyColour;
 constexpr StartMask kClear = StartMask::transparent;
@@ -109,32 +107,32 @@ constexpr ToolTypeRow kRows[] = {
     {kVokToolBlur2, "blur 2", "soften detail where painted", kClear, kNoTouch, kBrush, blur, kAny,
      0},
     {kVokToolPixelate, "pixelate", "square mosaic cells", kClear, kNoTouch, kBrush,
-     unavailable<kPixelate>, kAny, 0},
+     mosaic<VokBlurModesPixelateProcessor>, kAny, 0},
     {kVokToolTriangles, "triangles", "triangle mosaic cells", kClear, kNoTouch, kBrush,
-     unavailable<kTriangles>, kAny, 0},
+     mosaic<VokBlurModesTrianglesProcessor>, kAny, 0},
     {kVokToolCircles, "circles", "round dots on a cell grid", kClear, kNoTouch, kBrush,
-     unavailable<kCircles>, kAny, 0},
+     mosaic<VokBlurModesCirclesProcessor>, kAny, 0},
     {kVokToolDiamonds, "diamonds", "diamond mosaic cells", kClear, kNoTouch, kBrush,
-     unavailable<kDiamonds>, kAny, 0},
+     mosaic<VokBlurModesDiamondsProcessor>, kAny, 0},
     {kVokToolHoundstooth, "houndstooth", "houndstooth mosaic cells", kClear, kNoTouch, kBrush,
-     unavailable<kHoundstooth>, kAny, 0},
+     mosaic<VokBlurModesHoundstoothProcessor>, kAny, 0},
     {kVokToolChevrons, "chevrons", "chevron mosaic bands", kClear, kNoTouch, kBrush,
-     unavailable<kChevrons>, kAny, 0},
+     mosaic<VokBlurModesChevronsProcessor>, kAny, 0},
     {kVokToolSines, "sines", "cells bounded by sine waves", kClear, kNoTouch, kBrush,
-     unavailable<kSines>, kAny, 0},
+     mosaic<VokBlurModesSinesProcessor>, kAny, 0},
     {kVokToolScales, "scales", "fish-scale mosaic cells", kClear, kNoTouch, kBrush,
-     unavailable<kScales>, kAny, 0},
+     mosaic<VokBlurModesScalesProcessor>, kAny, 0},
     {kVokToolBricks, "bricks", "offset brick mosaic cells", kClear, kNoTouch, kBrush,
-     unavailable<kBricks>, kAny, 0},
+     mosaic<VokBlurModesBricksProcessor>, kAny, 0},
     // 31 and 32 are the same tool, deliberately.
     {kVokToolVoronoi, "voronoi", "cells around scattered points", kClear, kNoTouch, kBrush,
-     unavailable<kVoronoi>, kAny, 0},
+     mosaic<VokBlurModesVoronoi>, kAny, 0},
     {kVokToolVoronoi2, "voronoi 2", "cells around scattered points", kClear, kNoTouch, kBrush,
-     unavailable<kVoronoi>, kAny, 0},
+     mosaic<VokBlurModesVoronoi>, kAny, 0},
     {kVokToolHearts, "hearts", "heart-shaped mosaic cells", kClear, kNoTouch, kBrush,
-     unavailable<kHearts>, kAny, 0},
+     mosaic<VokBlurModesHeartsProcessor>, kAny, 0},
     {kVokToolHexagons, "hexagons", "hexagonal mosaic cells", kClear, kNoTouch, kBrush,
-     unavailable<kHexagons>, kAny, 0},
+     mosaic<VokBlurModesHexagons>, kAny, 0},
     {kVokToolRestore, "restore", "bring back the unedited photo", kClear, kNoTouch, kBrush, nullptr,
      kAny, kRestoresFromState},
 };

@@ -81,6 +81,51 @@ VOK_API void VokConvolutionProcessorSharpenAndBlendWithOriginal(VokBitmap *bitma
 VOK_API int VokConvolutionEffectSoftFocus(VokBitmap *bitmap);
 VOK_API void VokConvolutionAntialiasGL(VokBitmap *bitmap);
 
+/* ---- Uniform box filters and motion blur ------------------------------------
+ * One box along one axis from running sums, so the cost does not depend on the
+ * radius: half-width trunc(|(W + H) as a float x 2.5e-5 x amount|) pixels, the
+ * line's end pixels repeated past its ends. A negative amount blurs (rounded
+ * box mean); a positive one sharpens, each channel pushed half-way away from
+ * the box mean ((3 o - b + 1) / 2, clamped). Alpha kept; 0, NaN, a null or
+ * empty bitmap or a failed scratch allocation leave the bitmap unchanged. */
+VOK_API void VokConvolutionEffectsUniformSharpenX(VokBitmap *bitmap, float amount);
+VOK_API void VokConvolutionEffectsUniformSharpenY(VokBitmap *bitmap, float amount);
+/* A motion blur: the mean of `length` pixels (at least 1) on a straight line
+ * through each pixel at `angle` radians (0 along rows, growing toward +y),
+ * the samples clamped to the bitmap, rounded; alpha kept. Bad values as above. */
+VOK_API void VokConvolutionEffectsMotionBlur(VokBitmap *bitmap, float length, float angle);
+
+/* ---- Mosaic and cell blurs ------------------------------------------------
+ * Each paints every cell with the exact mean colour of its own pixels (integer
+ * sums, rounded), so a uniform photo stays uniform; alpha kept. parameter: the
+ * cell size in pixels, or 0 for the default of (width + height) / 48 so a look
+ * holds at every resolution; negative and NaN act as 0, a size past the longer
+ * side makes one cell, cells are at least 4 pixels. A null or empty bitmap, or
+ * scratch memory that cannot be had, leaves the bitmap unchanged. */
+VOK_API void VokBlurModesPixelateProcessor(VokBitmap *bitmap, float parameter); /* squares */
+/* Squares split on alternating diagonals. */
+VOK_API void VokBlurModesTrianglesProcessor(VokBitmap *bitmap, float parameter);
+/* Round dots (the dot's own mean) on the ground of the rest of each square. */
+VOK_API void VokBlurModesCirclesProcessor(VokBitmap *bitmap, float parameter);
+/* Squares turned 45 degrees. */
+VOK_API void VokBlurModesDiamondsProcessor(VokBitmap *bitmap, float parameter);
+/* Checks whose corners reach into their diagonal neighbours as teeth. */
+VOK_API void VokBlurModesHoundstoothProcessor(VokBitmap *bitmap, float parameter);
+/* Rows of Vs: bands rising and falling by one cell over two. */
+VOK_API void VokBlurModesChevronsProcessor(VokBitmap *bitmap, float parameter);
+/* Rows bounded by sine waves (period 4 cells, height a third of a cell). */
+VOK_API void VokBlurModesSinesProcessor(VokBitmap *bitmap, float parameter);
+/* Overlapping fish scales in offset rows. */
+VOK_API void VokBlurModesScalesProcessor(VokBitmap *bitmap, float parameter);
+/* Bricks twice as long as high, alternate courses offset by half a brick. */
+VOK_API void VokBlurModesBricksProcessor(VokBitmap *bitmap, float parameter);
+/* Cells around one point per grid square, jittered from a fixed seed. */
+VOK_API void VokBlurModesVoronoi(VokBitmap *bitmap, float parameter);
+/* Hearts (their own mean) on the ground of the rest of each square. */
+VOK_API void VokBlurModesHeartsProcessor(VokBitmap *bitmap, float parameter);
+/* Pointy-top hexagons in offset rows. */
+VOK_API void VokBlurModesHexagons(VokBitmap *bitmap, float parameter);
+
 /* ---- Borders and vignettes ------------------------------------------------ */
 enum {
     kVokBorderShapeNormal = 0, kVokBorderShapeSharp = 1,
