@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "core/bitmap_checks.h"
 #include "vok/core.h"
 
 namespace vok {

@@ -4,17 +4,6 @@
 #include "generators/mosaic_cells.h"
 #include "vok/generators.h"
 
-namespace vok {
-namespace {
-
-bool usable(const VokBitmap *bitmap) {
-    return bitmap != nullptr && bitmap->pixels != nullptr && bitmap->width != 0 &&
-           bitmap->height != 0;
-}
-
-}  // namespace
-}  // namespace vok
-
 extern "C" {
 
 void VokBlurModesPixelateProcessor(VokBitmap *bitmap, float parameter) {

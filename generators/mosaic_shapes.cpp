@@ -6,11 +6,6 @@
 namespace vok {
 namespace {
 
-bool usable(const VokBitmap *bitmap) {
-    return bitmap != nullptr && bitmap->pixels != nullptr && bitmap->width != 0 &&
-           bitmap->height != 0;
-}
-
 // Inside a dot of 9/10 the cell's width, centred; coordinates doubled so the
 // pixel centres are whole numbers.
 bool in_dot(int32_t fx, int32_t fy, int32_t s) {

@@ -15,8 +15,7 @@ constexpr uint32_t kSeed = 0x5eed1e55u;
 extern "C" {
 
 void VokBlurModesVoronoi(VokBitmap *bitmap, float parameter) {
-    if (bitmap == nullptr || bitmap->pixels == nullptr || bitmap->width == 0 || bitmap->height == 0)
-        return;
+    if (!vok::usable(bitmap)) return;
     const int32_t s = vok::mosaic_cell_size(bitmap, parameter);
     const vok::Lattice grid(bitmap->width, bitmap->height, s, s, 1);
     // The points of the lattice's squares, margins included, in label order.

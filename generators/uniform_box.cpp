@@ -4,16 +4,12 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/bitmap_checks.h"
 #include "core/numeric.h"
 #include "generators/fixed_sine.h"
 #include "vok/generators.h"
 
 namespace {
-
-bool usable(const VokBitmap *bitmap) {
-    return bitmap != nullptr && bitmap->pixels != nullptr && bitmap->width != 0 &&
-           bitmap->height != 0;
-}
 
 // Radii past this cover any line many times over; the bound keeps the sums small.
 constexpr int64_t kMaxRadius = int64_t{1} << 20;
@@ -54,7 +50,7 @@ void filter_lines(uint8_t *first, uint32_t count, uint32_t length, size_t step, 
 }
 
 void uniform_pass(VokBitmap *bitmap, float amount, bool rows) {
-    if (!usable(bitmap) || !(amount == amount)) return;
+    if (!vok::usable(bitmap) || !(amount == amount)) return;
     const int64_t r = box_radius(bitmap, amount);
     if (r == 0) return;
     const uint32_t length = rows ? bitmap->width : bitmap->height;
@@ -84,7 +80,7 @@ void VokConvolutionEffectsUniformSharpenY(VokBitmap *bitmap, float amount) {
 }
 
 void VokConvolutionEffectsMotionBlur(VokBitmap *bitmap, float length, float angle) {
-    if (!usable(bitmap) || !std::isfinite(length) || !std::isfinite(angle)) return;
+    if (!vok::usable(bitmap) || !std::isfinite(length) || !std::isfinite(angle)) return;
     const int32_t samples = length >= 1024.0f ? 1024
                             : length < 1.0f   ? 1
                                               : static_cast<int32_t>(length);

@@ -2,6 +2,7 @@
 // the strength rule and the stretch between robust end levels.
 #include <cmath>
 
+#include "core/bitmap_checks.h"
 #include "tonal/tonal_internal.h"
 
 namespace vok {
@@ -17,9 +18,7 @@ uint32_t level_at(const uint32_t *counts, uint64_t total, uint32_t per_10000) {
 }
 
 bool enhancement_applies(const VokBitmap *bitmap, double strength, double *clamped) {
-    if (bitmap == nullptr || bitmap->pixels == nullptr || bitmap->width == 0 ||
-        bitmap->height == 0 || std::isnan(strength))
-        return false;
+    if (!usable(bitmap) || std::isnan(strength)) return false;
     *clamped = strength < 0.0 ? 0.0 : strength > 1.0 ? 1.0 : strength;
     return *clamped > 0.0;
 }

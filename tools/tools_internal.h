@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "core/bitmap_checks.h"
 #include "core/numeric.h"
 #include "vok/tools.h"
 
@@ -25,11 +26,6 @@ inline int32_t stamp_edge(double v, uint32_t size) {
 inline StampBox stamp_box(const VokBitmap *mask, double x, double y, double outer) {
     return {stamp_edge(x + 0.5 - outer, mask->width), stamp_edge(y + 0.5 - outer, mask->height),
             stamp_edge(x + 0.5 + outer, mask->width), stamp_edge(y + 0.5 + outer, mask->height)};
-}
-
-inline bool usable(const VokBitmap *bitmap) {
-    return bitmap != nullptr && bitmap->pixels != nullptr && bitmap->width != 0 &&
-           bitmap->height != 0;
 }
 
 // Stamp positions for the stroke's point i, from the interpolator the stroke
