@@ -5,10 +5,7 @@
 // (AddressSanitizer owns them, so that build skips it).
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -55,19 +52,6 @@ extern "C" void free(void *p) {
 namespace {
 
 using vok_test::TestBitmap;
-
-std::string read_file(const std::filesystem::path &path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-}
-
-std::vector<std::string> bundled_looks() {
-    std::vector<std::string> looks;
-    for (const auto &entry :
-         std::filesystem::directory_iterator(std::string(getenv("VOK_EXAMPLES")) + "/effects"))
-        if (entry.path().extension() == ".json") looks.push_back(read_file(entry.path()));
-    return looks;
-}
 
 // The window in which allocations are failed and counted: `work` wraps the
 // call under test in it, and prepares and checks outside it.
@@ -141,6 +125,11 @@ TEST(AllocationFailure, EnginesLeaveTheirBitmapOrFinish) {
              VokBorderInitParams(&p);
              VokBorders(b, &p);
          }},
+        {"pixelate", true, [](VokBitmap *b) { VokBlurModesPixelateProcessor(b, 0.0f); }},
+        {"voronoi", true, [](VokBitmap *b) { VokBlurModesVoronoi(b, 0.0f); }},
+        {"uniform box", true,
+         [](VokBitmap *b) { VokConvolutionEffectsUniformSharpenY(b, -200.0f); }},
+        {"motion blur", true, [](VokBitmap *b) { VokConvolutionEffectsMotionBlur(b, 9.0f, 0.5f); }},
         {"soft focus", false, [](VokBitmap *b) { VokConvolutionEffectSoftFocus(b); }},
         {"sharpen and blend", false,
          [](VokBitmap *b) { VokConvolutionProcessorSharpenAndBlendWithOriginal(b, 40, 0.5f, 3); }},
@@ -179,7 +168,8 @@ TEST(AllocationFailure, LoadingAndRunningEveryBundledLook) {
     const TestBitmap photo = vok_test::coffee_crop();
     VokEffectParams params;
     VokEffectInitParams(&params);
-    for (const std::string &look : bundled_looks()) {
+    for (const auto &[name, look] : vok_test::bundled_looks()) {
+        SCOPED_TRACE(name);
         // Loading gives the effect or nothing, and never a crash inside the parser.
         const int failed = with_each_allocation_failing(
             [&](bool &) {

@@ -2,11 +2,6 @@
 // the photo changes, its alpha stays, and the whole run repeats exactly.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -18,27 +13,16 @@
 
 using vok_test::TestBitmap;
 
-namespace {
-
-std::string read_file(const std::filesystem::path &path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-}
-
-}  // namespace
-
 TEST(Looks, EveryBundledLookRunsOnAPhoto) {
-    std::vector<std::filesystem::path> looks;
-    for (const auto &entry : std::filesystem::directory_iterator(std::string(getenv("VOK_EXAMPLES")) + "/effects"))
-        if (entry.path().extension() == ".json") looks.push_back(entry.path());
-    EXPECT_GE(looks.size(), 12u);
+    const auto looks = vok_test::bundled_looks();
+    EXPECT_GE(looks.size(), 14u);
     const TestBitmap original = vok_test::coffee_crop();
     VokEffectParams params;
     VokEffectInitParams(&params);
     params.seed = 1234;
-    for (const auto &path : looks) {
-        SCOPED_TRACE(path.filename().string());
-        const vok_test::Effect effect(read_file(path));
+    for (const auto &[name, text] : looks) {
+        SCOPED_TRACE(name);
+        const vok_test::Effect effect(text);
         ASSERT_NE(nullptr, effect.get());
         const yajl_val steps = vok_test::member(effect.get(), "processors");
         ASSERT_TRUE(YAJL_IS_ARRAY(steps));
@@ -67,11 +51,9 @@ TEST(Looks, OneLoadedEffectRunsOnFourThreadsAtOnce) {
     VokEffectParams params;
     VokEffectInitParams(&params);
     params.seed = 99;
-    for (const auto &entry :
-         std::filesystem::directory_iterator(std::string(getenv("VOK_EXAMPLES")) + "/effects")) {
-        if (entry.path().extension() != ".json") continue;
-        SCOPED_TRACE(entry.path().filename().string());
-        const vok_test::Effect effect(read_file(entry.path()));
+    for (const auto &[name, text] : vok_test::bundled_looks()) {
+        SCOPED_TRACE(name);
+        const vok_test::Effect effect(text);
         ASSERT_NE(nullptr, effect.get());
         TestBitmap alone(original);
         ASSERT_EQ(1, TESKRunEffect(effect.get(), alone.get(), &params));

@@ -1,6 +1,8 @@
 #include "support/golden.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -21,10 +23,25 @@ uint64_t checksum(const VokBitmap *bitmap) {
     return hash;
 }
 
+std::vector<std::pair<std::string, std::string>> bundled_looks() {
+    std::vector<std::pair<std::string, std::string>> looks;
+    for (const auto &entry :
+         std::filesystem::directory_iterator(std::string(getenv("VOK_EXAMPLES")) + "/effects")) {
+        if (entry.path().extension() != ".json") continue;
+        std::ifstream file(entry.path(), std::ios::binary);
+        looks.emplace_back(
+            entry.path().filename().string(),
+            std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>()));
+    }
+    std::sort(looks.begin(), looks.end());
+    return looks;
+}
+
 TestBitmap coffee_crop() {
     const std::string path = std::string(getenv("VOK_TEST_DATA")) + "/coffee-crop.rgba";
     std::ifstream file(path, std::ios::binary);
-    const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    const std::string bytes((std::istreambuf_iterator<char>(file)),
+                            std::istreambuf_iterator<char>());
     TestBitmap bitmap(160, 120);
     if (bytes.size() != 160u * 120 * 4) throw std::runtime_error("bad fixture " + path);
     std::copy(bytes.begin(), bytes.end(), bitmap.get()->pixels);

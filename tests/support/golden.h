@@ -4,6 +4,9 @@
 #define VOK_TESTS_GOLDEN_H
 
 #include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "support/bitmaps.h"
 #include "vok/core.h"
@@ -12,6 +15,9 @@ namespace vok_test {
 
 // 64-bit FNV-1a over the width, the height and every pixel byte.
 uint64_t checksum(const VokBitmap *bitmap);
+
+// Every bundled look of examples/effects as (file name, JSON text), by name.
+std::vector<std::pair<std::string, std::string>> bundled_looks();
 
 // The 160 x 120 crop of the coffee photo (tests/data/coffee-crop.rgba), opaque RGBA.
 TestBitmap coffee_crop();
