@@ -11,7 +11,8 @@
 
 namespace {
 
-// Radii past this cover any line many times over; the bound keeps the sums small.
+// Radii past this cover any line many times over; the bound keeps a box's
+// sum of bytes within 32 bits.
 constexpr int64_t kMaxRadius = int64_t{1} << 20;
 
 int64_t box_radius(const VokBitmap *bitmap, float amount) {
@@ -20,30 +21,85 @@ int64_t box_radius(const VokBitmap *bitmap, float amount) {
     return r > kMaxRadius ? kMaxRadius : r;
 }
 
-// Filters every line of `count` lines of `length` pixels, `step` bytes apart
-// along a line and `line_step` bytes from line to line, through `scratch`
-// (one line of pixels).
-void filter_lines(uint8_t *first, uint32_t count, uint32_t length, size_t step, size_t line_step,
-                  int64_t r, bool sharpen, uint8_t *scratch) {
-    const int64_t last = static_cast<int64_t>(length) - 1, width = 2 * r + 1;
-    for (uint32_t line = 0; line < count; ++line, first += line_step) {
-        for (uint32_t i = 0; i < length; ++i) memcpy(scratch + 4 * size_t{i}, first + i * step, 4);
-        for (int c = 0; c < 3; ++c) {
-            auto in = [&](int64_t i) -> uint64_t {
-                return scratch[4 * (i < 0 ? 0 : i > last ? last : i) + c];
-            };
-            // Window of x = 0: r + 1 copies of the first pixel and r to its right.
-            uint64_t sum = static_cast<uint64_t>(r + 1) * in(0);
-            const int64_t inside = r < last ? r : last;
-            for (int64_t i = 1; i <= inside; ++i) sum += in(i);
-            sum += static_cast<uint64_t>(r - inside) * in(last);
-            uint8_t *out = first + c;
-            for (int64_t x = 0; x <= last; ++x, out += step) {
-                const int64_t blurred = static_cast<int64_t>((sum + width / 2) / width);
-                const int64_t o = in(x);
-                const int64_t v = sharpen ? (3 * o - blurred + 1) / 2 : blurred;
-                *out = static_cast<uint8_t>(v < 0 ? 0 : v > 255 ? 255 : v);
-                sum += in(x + r + 1) - in(x - r);
+// The rounded box mean (sum + width / 2) / width as a multiply and a shift,
+// exact for every sum of a box of up to 2^23 pixels: the error of the
+// rounded-up reciprocal stays below 256 width / 2^55 < 1 / width. Wider
+// boxes divide.
+struct BoxMean {
+    uint64_t width, half, multiplier;
+    bool exact;
+
+    explicit BoxMean(uint64_t w)
+        : width(w),
+          half(w / 2),
+          multiplier(((uint64_t{1} << 55) + w - 1) / w),
+          exact(w <= (uint64_t{1} << 23)) {}
+
+    int32_t operator()(uint32_t sum) const {
+        const uint64_t n = sum + half;
+        return static_cast<int32_t>(exact ? (n * multiplier) >> 55 : n / width);
+    }
+};
+
+inline uint8_t filtered(int32_t original, int32_t mean, bool sharpen) {
+    const int32_t v = sharpen ? (3 * original - mean + 1) / 2 : mean;
+    return static_cast<uint8_t>(v < 0 ? 0 : v > 255 ? 255 : v);
+}
+
+// Sums of the window around position 0 of a line whose pixels are
+// `line(i)` (i from 0 to last): r + 1 copies of the first, r to its right,
+// the last repeated past the end.
+template <typename Line>
+void first_window(uint32_t *sums, int64_t r, int64_t last, Line line) {
+    const int64_t inside = r < last ? r : last;
+    for (int c = 0; c < 3; ++c) {
+        uint32_t sum = static_cast<uint32_t>(r + 1) * line(0)[c];
+        for (int64_t i = 1; i <= inside; ++i) sum += line(i)[c];
+        sums[c] = sum + static_cast<uint32_t>(r - inside) * line(last)[c];
+    }
+}
+
+void filter_rows(VokBitmap *bitmap, int64_t r, bool sharpen, uint8_t *row_copy) {
+    const int64_t last = static_cast<int64_t>(bitmap->width) - 1;
+    const BoxMean mean(static_cast<uint64_t>(2 * r + 1));
+    uint8_t *row = bitmap->pixels;
+    for (uint32_t y = 0; y < bitmap->height; ++y, row += 4 * size_t{bitmap->width}) {
+        memcpy(row_copy, row, 4 * size_t{bitmap->width});
+        auto at = [row_copy](int64_t i) { return row_copy + 4 * i; };
+        uint32_t sums[3];
+        first_window(sums, r, last, at);
+        for (int64_t x = 0; x <= last; ++x) {
+            const uint8_t *in = at(x), *enter = at(x + r + 1 < last ? x + r + 1 : last);
+            const uint8_t *leave = at(x - r > 0 ? x - r : 0);
+            for (int c = 0; c < 3; ++c) {
+                row[4 * x + c] = filtered(in[c], mean(sums[c]), sharpen);
+                sums[c] += enter[c] - leave[c];
+            }
+        }
+    }
+}
+
+// Columns all at once, row by row from a copy of the photo, so every access
+// runs along memory.
+void filter_columns(VokBitmap *bitmap, int64_t r, bool sharpen, const uint8_t *copy,
+                    uint32_t *sums) {
+    const int64_t last = static_cast<int64_t>(bitmap->height) - 1;
+    const size_t stride = 4 * size_t{bitmap->width};
+    const BoxMean mean(static_cast<uint64_t>(2 * r + 1));
+    for (uint32_t x = 0; x < bitmap->width; ++x)
+        first_window(sums + 3 * size_t{x}, r, last,
+                     [&](int64_t i) { return copy + i * stride + 4 * size_t{x}; });
+    for (int64_t y = 0; y <= last; ++y) {
+        const uint8_t *in = copy + y * stride;
+        const uint8_t *enter = copy + (y + r + 1 < last ? y + r + 1 : last) * stride;
+        const uint8_t *leave = copy + (y - r > 0 ? y - r : 0) * stride;
+        uint8_t *out = bitmap->pixels + y * stride;
+        for (uint32_t x = 0; x < bitmap->width; ++x) {
+            uint32_t *sum = sums + 3 * size_t{x};
+            for (int c = 0; c < 3; ++c) {
+                const size_t at = 4 * size_t{x} + c;
+                out[at] = filtered(in[at], mean(sum[c]), sharpen);
+                sum[c] += enter[at] - leave[at];
             }
         }
     }
@@ -53,15 +109,22 @@ void uniform_pass(VokBitmap *bitmap, float amount, bool rows) {
     if (!vok::usable(bitmap) || !(amount == amount)) return;
     const int64_t r = box_radius(bitmap, amount);
     if (r == 0) return;
-    const uint32_t length = rows ? bitmap->width : bitmap->height;
-    uint8_t *scratch = static_cast<uint8_t *>(malloc(size_t{4} * length));
-    if (scratch == nullptr) return;
-    const size_t row_bytes = size_t{4} * bitmap->width;
-    if (rows)
-        filter_lines(bitmap->pixels, bitmap->height, length, 4, row_bytes, r, amount > 0, scratch);
-    else
-        filter_lines(bitmap->pixels, bitmap->width, length, row_bytes, 4, r, amount > 0, scratch);
-    free(scratch);
+    if (rows) {
+        uint8_t *row_copy = static_cast<uint8_t *>(malloc(4 * size_t{bitmap->width}));
+        if (row_copy == nullptr) return;
+        filter_rows(bitmap, r, amount > 0, row_copy);
+        free(row_copy);
+        return;
+    }
+    const size_t bytes = 4 * size_t{bitmap->width} * bitmap->height;
+    uint8_t *copy = static_cast<uint8_t *>(malloc(bytes));
+    uint32_t *sums = static_cast<uint32_t *>(malloc(3 * sizeof(uint32_t) * bitmap->width));
+    if (copy != nullptr && sums != nullptr) {
+        memcpy(copy, bitmap->pixels, bytes);
+        filter_columns(bitmap, r, amount > 0, copy, sums);
+    }
+    free(sums);
+    free(copy);
 }
 
 // Angles in 65536ths of a turn, sines and cosines scaled by 2^16.
