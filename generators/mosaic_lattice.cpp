@@ -1,6 +1,6 @@
 // Mosaics whose cells are straight-edged pieces of a lattice: squares,
 // triangles, diamonds, houndstooth, chevrons, sine bands, bricks, hexagons.
-#include "generators/fixed_sine.h"
+#include "core/fixed_sine.h"
 #include "generators/mosaic_cells.h"
 #include "vok/generators.h"
 

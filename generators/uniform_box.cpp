@@ -6,7 +6,7 @@
 
 #include "core/bitmap_checks.h"
 #include "core/numeric.h"
-#include "generators/fixed_sine.h"
+#include "core/fixed_sine.h"
 #include "vok/generators.h"
 
 namespace {

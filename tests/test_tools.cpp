@@ -194,11 +194,14 @@ TEST(ToolStroke, FirstTouchSamplesAndTypeOneErasesWithModesOneAndThree) {
     set.draw({{7, 2}});
     EXPECT_EQ(soft.stroke.color, rgba(40, 50, 60, 70));
     EXPECT_EQ(set.stroke.color, rgba(255, 0, 0));  // the default
-    LogCapture log;
-    Tool blemish(kVokToolBlemish, 4, 8, 8);
-    blemish.stroke.colorSet = 1;  // its first touch runs regardless
-    blemish.draw({{3, 3}});
-    EXPECT_TRUE(log.only("VokBlemish is not available yet", 3));
+    Tool blemish(kVokToolBlemish, 3, 30, 12);
+    blemish.photo.fill(rgba(200, 160, 140));
+    blemish.photo.at(6, 6) = rgba(40, 30, 30);
+    blemish.stroke.colorSet = 1;  // its first touch runs regardless, and heals the photo
+    blemish.draw({{6.5f, 6.5f}});
+    EXPECT_EQ(blemish.photo.at(6, 6), rgba(200, 160, 140));
+    EXPECT_EQ(blemish.stroke.offsetPoint.x, 7.5f);  // the patch 2.5 radii to the right
+    EXPECT_EQ(blemish.mask.bytes(), std::vector<uint8_t>(30 * 12 * 4, 0));  // no stamp
 
     Tool tool(kVokToolDesaturate, 3, 20, 20);  // the mask starts opaque; mode 3 matches
     tool.photo.fill(rgba(90, 60, 30));

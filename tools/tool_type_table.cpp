@@ -30,19 +30,19 @@ void tint(VokBitmap *bitmap, VokToolDrawParams *params, float opacity) {
 }
 
 void adjust(VokBitmap *bitmap, double brightness, double contrast, double warmth) {
-    VokToolAdjustBrightnessContrastWarmthSaturation(bitmap, brightness, contrast, warmth, 0.0,
-                                                    kVokBlendNormal, 1.0f);
+    VokToolAdjustColorProcessor(bitmap, brightness, contrast, warmth, 0.0);
 }
 
-// Engines that a later version brings: the call leaves the bitmap alone and
-// says so in the log.
-template <const char *Engine>
-void unavailable(VokBitmap *, VokToolDrawParams *) {
-    log_unavailable(Engine);
+// Retouching functions that take the bitmap as source and destination.
+template <void (*Engine)(VokBitmap *, VokBitmap *)>
+void in_place(VokBitmap *bitmap, VokToolDrawParams *) {
+    Engine(bitmap, bitmap);
 }
-constexpr char kRedEye[] = "VokRedEye", kMascara[] = "VokMascara", kEyeBright[] = "VokEyeBright",
-               kEyeColor[] = "VokEyeColor", kEyeShadow[] = "VokEyeShadow",
-               kAirbrush[] = "VokAirbrush";
+
+template <void (*Engine)(VokBitmap *)>
+void retouch(VokBitmap *bitmap, VokToolDrawParams *) {
+    Engine(bitmap);
+}
 
 // The mosaic types call their engine with the parameter 0: the default cell size.
 template <void (*Engine)(VokBitmap *, float)>
@@ -63,7 +63,7 @@ constexpr ToolTypeRow kRows[] = {
     {kVokToolBlemish, "blemish", "heal a spot from the skin around it", kClear, FirstTouch::blemish,
      Stamp::none, nullptr, kAny, kFullToolWhenDeferred | kFirstTouchEveryStroke},
     {kVokToolRedEye, "red eye", "take the red glare out of pupils", kClear, kNoTouch, kBrush,
-     unavailable<kRedEye>, kAny, 0},
+     in_place<VokRedEye>, kAny, 0},
     {kVokToolWhiten, "whiten", "whiten teeth and the whites of eyes", kClear, kNoTouch, kBrush,
      [](VokBitmap *bitmap, VokToolDrawParams *) { VokWhiten(bitmap, bitmap); }, kAny, 0},
     {kVokToolSimilarSoft, "tan", "warm similar skin tones with a soft tan", kClear,
@@ -83,7 +83,7 @@ constexpr ToolTypeRow kRows[] = {
      [](VokBitmap *b, VokToolDrawParams *p) { tint<230, 55, 49, kVokBlendSoft>(b, p, 0.5f); }, 5.5,
      0},
     {kVokToolMascara, "mascara", "darken and thicken lashes", kClear, kNoTouch, kBrush,
-     unavailable<kMascara>, kAny, 0},
+     retouch<VokMascara>, kAny, 0},
     {kVokToolSoften, "soften", "smooth skin gently", kClear, kNoTouch, kBrush,
      [](VokBitmap *bitmap, VokToolDrawParams *) { VokToolSharpness(bitmap, 0, -150.0); }, kAny, 0},
     {kVokToolDraw, "draw", "paint with the brush colour", kClear, kNoTouch, Stamp::draw, nullptr,
@@ -95,15 +95,19 @@ constexpr ToolTypeRow kRows[] = {
     {kVokToolPlain15, "mask 15", "paint the mask only (no effect)", kClear, kNoTouch, kBrush,
      nullptr, kAny, 0},
     {kVokToolEyeBright, "eye bright", "brighten the iris and the whites of eyes", kClear, kNoTouch,
-     kBrush, unavailable<kEyeBright>, kAny, 0},
+     kBrush, retouch<VokEyeBright>, kAny, 0},
     {kVokToolEyeColor, "eye colour", "shift the colour of the iris", kClear, kNoTouch, kBrush,
-     unavailable<kEyeColor>, kAny, 0},
+     in_place<VokEyeColor>, kAny, 0},
     {kVokToolPlain18, "mask 18", "paint the mask only (no effect)", kClear, kNoTouch, kBrush,
      nullptr, kAny, 0},
     {kVokToolEyeShadow, "eye shadow", "a soft eye-shadow tint", kClear, kNoTouch, kBrush,
-     unavailable<kEyeShadow>, kAny, 0},
+     [](VokBitmap *bitmap, VokToolDrawParams *) {
+         const VokColor shadow = {74, 56, 50, 255};
+         VokEyeShadow(bitmap, &shadow);
+     },
+     kAny, 0},
     {kVokToolAirbrush, "airbrush", "smooth skin texture, keep edges", kClear, kNoTouch, kBrush,
-     unavailable<kAirbrush>, kAny, 0},
+     retouch<VokAirbrush>, kAny, 0},
     {kVokToolBlur2, "blur 2", "soften detail where painted", kClear, kNoTouch, kBrush, blur, kAny,
      0},
     {kVokToolPixelate, "pixelate", "square mosaic cells", kClear, kNoTouch, kBrush,
@@ -164,6 +168,12 @@ void VokToolTypesApplyEffect(VokBitmap *bitmap, VokToolDrawParams *params) {
     if (row == nullptr || row->full_effect == nullptr) return;
     row->full_effect(bitmap, params);
     params->tolerance = row->tolerance;
+}
+
+void VokToolAdjustColorProcessor(VokBitmap *bitmap, double brightness, double contrast,
+                                 double warmth, double saturation) {
+    VokToolAdjustBrightnessContrastWarmthSaturation(bitmap, brightness, contrast, warmth,
+                                                    saturation, kVokBlendNormal, 1.0f);
 }
 
 const char *VokToolTypeName(VokToolType type) {

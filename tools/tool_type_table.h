@@ -18,7 +18,7 @@ enum class FirstTouch : uint8_t {
     none,
     sample_colour,     // the stroke's colour from the photo, unless already set
     blemish,           // heals the skin under the touch
-    region_brightest,  // region look-ups: called, but they leave the colour as it was
+    region_brightest,  // region look-ups (7, 9): the stroke keeps its colour, deliberately
     region_closest_to_lip,
 };
 

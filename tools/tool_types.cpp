@@ -2,14 +2,10 @@
 // stamp and its start mask.
 #include "vok/tools.h"
 
-#include "core/log.h"
 #include "tools/tool_type_table.h"
 #include "tools/tools_internal.h"
 
 namespace vok {
-
-void log_unavailable(const char *engine) { VOK_LOGD("%s is not available yet", engine); }
-
 namespace {
 
 // The three stroke modes of the desaturate tool. Its start mask is opaque:
@@ -31,8 +27,6 @@ void desaturate_stamp(const VokBitmap *bitmap, VokBitmap *mask, const VokToolPoi
 
 extern "C" {
 
-// The region look-ups of types 7 and 9 are not available yet; the stroke's
-// colour stays as it is, so their first touch changes nothing.
 void VokToolTypesFirstDownProcessing(const VokBitmap *bitmap, VokToolStroke *stroke,
                                      VokToolDrawParams *params, const VokToolDrawState *) {
     if (stroke->count <= 0 || stroke->points == nullptr) return;
@@ -45,20 +39,20 @@ void VokToolTypesFirstDownProcessing(const VokBitmap *bitmap, VokToolStroke *str
                 VokBitmapGetColorAtPoint(bitmap, &stroke->points[0], &stroke->color);
             return;
         case vok::FirstTouch::blemish:
-            vok::log_unavailable("VokBlemish");
+            // Healing changes the photo the stroke paints on, which the host
+            // owns and shows: it is written through the stroke's bitmap.
+            VokBlemish(const_cast<VokBitmap *>(bitmap), stroke);
             return;
         case vok::FirstTouch::region_brightest:
-            vok::log_unavailable("VokRegionInfoColorBrightest");
-            return;
         case vok::FirstTouch::region_closest_to_lip:
-            vok::log_unavailable("VokRegionInfoColorClosestToLip");
+            // The region look-ups of types 7 and 9 leave the stroke's colour
+            // as it is at a first touch, deliberately.
             return;
     }
 }
 
 void VokToolTypesDrawPoint(const VokBitmap *bitmap, VokBitmap *mask, const VokToolPoint *point,
-                           const VokColor *strokeColor, int32_t,
-                           const VokToolDrawParams *params) {
+                           const VokColor *strokeColor, int32_t, const VokToolDrawParams *params) {
     const double x = point->location.x, y = point->location.y, r = point->radius;
     const int32_t erase = point->mode == 2;
     const vok::ToolTypeRow *row = vok::tool_type_row(params->type);
@@ -70,8 +64,8 @@ void VokToolTypesDrawPoint(const VokBitmap *bitmap, VokBitmap *mask, const VokTo
             return;
         case vok::Stamp::similar_colours:
             // Compared with the effect colour, not the sampled one.
-            VokMaskSimilarColors(bitmap, mask, &params->color, 0, x, y, r, params->tolerance,
-                                 1.0, params->strength, erase, 0, 0);
+            VokMaskSimilarColors(bitmap, mask, &params->color, 0, x, y, r, params->tolerance, 1.0,
+                                 params->strength, erase, 0, 0);
             return;
         case vok::Stamp::draw:
             VokMaskDraw(mask, strokeColor, x, y, r, params->strength, erase);
@@ -92,11 +86,12 @@ void VokToolConfigureMask(const VokBitmap *, VokBitmap *mask, const VokToolDrawP
         VokMaskSetTransparent(mask);
 }
 
-void VokToolDrawShapeInMask(const VokBitmap *, VokBitmap *, const VokToolShape *shape) {
+void VokToolDrawShapeInMask(const VokBitmap *bitmap, VokBitmap *mask, const VokToolShape *shape) {
     if (shape->type == 1)
-        vok::log_unavailable("VokMaskRadial");
+        VokMaskRadial(bitmap, mask, shape->center.x, shape->center.y, shape->size);
     else if (shape->type == 2)
-        vok::log_unavailable("VokMaskLinear");
+        VokMaskLinear(bitmap, mask, shape->center.x, shape->center.y, shape->size,
+                      shape->angle * 0.017453292519943295);
 }
 
 }  // extern "C"

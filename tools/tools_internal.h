@@ -33,10 +33,6 @@ inline StampBox stamp_box(const VokBitmap *mask, double x, double y, double oute
 void interpolate_stroke_point(const VokToolStroke *stroke, int32_t i, float radius, int is_draw,
                               VokPoint **list, int32_t *count);
 
-// Engines that a later version brings: the call leaves its bitmap alone and
-// says so in the log.
-void log_unavailable(const char *engine);
-
 }  // namespace vok
 
 #endif

@@ -159,6 +159,67 @@ VOK_API void VokDrawToolDrawStrokeSegment(const VokBitmap *bitmap, VokBitmap *ma
 /* ---- Retouching -------------------------------------------------------------------- */
 VOK_API void VokWhiten(VokBitmap *source, VokBitmap *destination);
 
+/* ---- Retouching ----------------------------------------------------------
+ * Whole-bitmap corrections behind the retouching tools, applied to the full
+ * effect that the brush then reveals; alpha is kept. A null or empty bitmap
+ * is left alone, as is one whose scratch memory cannot be had. Where a
+ * function takes a source and a destination it works on the source in place
+ * and ignores the destination. */
+/* Red glare out of pupils: where red exceeds 1.4 x the larger of green and
+ * blue, red moves toward the mean of green and blue, the more the redder;
+ * neutral, skin and highlight pixels keep their colour. */
+VOK_API void VokRedEye(VokBitmap *source, VokBitmap *destination);
+/* Brighter eyes: a lift of the mid-tones that never clips (255 stays 255)
+ * and a light sharpening for local contrast. */
+VOK_API void VokEyeBright(VokBitmap *bitmap);
+/* Iris colour: saturated colours turn a third of the hue circle (toward
+ * green from brown, blue from green...), weighted by their saturation; the
+ * pupil's darks and the highlights' brights keep theirs. */
+VOK_API void VokEyeColor(VokBitmap *source, VokBitmap *destination);
+/* Eye shadow: `color` blended in soft-light at half its alpha. */
+VOK_API void VokEyeShadow(VokBitmap *bitmap, const VokColor *color);
+/* Mascara: dark, thin structures darkened and thickened by a small minimum
+ * filter (radius from the image size), blended in by how dark they are. */
+VOK_API void VokMascara(VokBitmap *bitmap);
+/* Airbrush: skin smoothed where the texture is faint, edges kept: each
+ * channel moves toward a blur (box-hybrid, -60) by 1 - |difference| / 24. */
+VOK_API void VokAirbrush(VokBitmap *bitmap);
+/* Blemish healing at the stroke's first point: the disc of the stroke's
+ * radius is refilled from the ring around it (each pixel from the ring points
+ * on its row and column, weighted by nearness) with the fine texture of a
+ * patch beside it; the edge is feathered. Writes the patch offset into the
+ * stroke's offsetPoint when it was unset (negative x). Changes `bitmap` in
+ * place. A stroke without points or radius does nothing. */
+VOK_API void VokBlemish(VokBitmap *bitmap, VokToolStroke *stroke);
+/* The colour of the brightest (by grey level) pixel within `radius` of
+ * `point`, into *color; nothing when the disc misses the bitmap. */
+VOK_API void VokRegionInfoColorBrightest(const VokBitmap *bitmap, const VokPoint *point,
+                                         double radius, VokColor *color);
+/* The colour within `radius` of `point` closest to a lip red (230, 55, 49),
+ * into *color; nothing when the disc misses the bitmap. */
+VOK_API void VokRegionInfoColorClosestToLip(const VokBitmap *bitmap, const VokPoint *point,
+                                            double radius, VokColor *color);
+/* The four amounts of the adjustment tools exactly as the "adjustments"
+ * processor applies them (normal blend, full opacity). */
+VOK_API void VokToolAdjustColorProcessor(VokBitmap *bitmap, double brightness, double contrast,
+                                         double warmth, double saturation);
+
+/* ---- Shape masks ------------------------------------------------------------
+ * Soft shapes written into the mask's alpha only (the colour bytes stay);
+ * the bitmap is not read. Full (255) in the core, 0 past the falloff, a
+ * smoothstep between; centres and sizes in mask pixels. A size or radius
+ * that is not positive and finite, or a null or empty mask, does nothing. */
+/* A disc: 255 within size / 2 of (cx, cy), 0 from size on. */
+VOK_API void VokMaskRadial(const VokBitmap *bitmap, VokBitmap *mask, double cx, double cy,
+                           double size);
+/* A straight edge through (cx, cy) at `angle` radians: 255 on the side the
+ * angle's normal points away from, 0 on the other, over a band `size` wide. */
+VOK_API void VokMaskLinear(const VokBitmap *bitmap, VokBitmap *mask, double cx, double cy,
+                           double size, double angle);
+/* An axis-aligned ellipse with radii rx, ry: 255 within half of them, 0 from them on. */
+VOK_API void VokMaskEliptical(const VokBitmap *bitmap, VokBitmap *mask, double cx, double cy,
+                              double rx, double ry);
+
 VOK_END_DECLS
 
 #endif

@@ -1,7 +1,7 @@
 // Sines in integers, the same on every machine: Bhaskara's rational
 // approximation sin(pi t) ~ 16 t (1 - t) / (5 - 4 t (1 - t)), within 0.002.
-#ifndef VOK_GENERATORS_FIXED_SINE_H
-#define VOK_GENERATORS_FIXED_SINE_H
+#ifndef VOK_CORE_FIXED_SINE_H
+#define VOK_CORE_FIXED_SINE_H
 
 #include <cstdint>
 

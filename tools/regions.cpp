@@ -1,0 +1,66 @@
+// Region look-ups: a colour picked from the pixels within a radius of a touch.
+#include <cmath>
+
+#include "tools/tools_internal.h"
+
+namespace {
+
+// Calls pick(pixel) for every pixel whose centre lies within `radius` of the
+// point; false when none does.
+template <typename Pick>
+bool each_in_disc(const VokBitmap *bitmap, const VokPoint *point, double radius, Pick pick) {
+    if (!vok::usable(bitmap) || point == nullptr || !(radius >= 0.0) || !std::isfinite(radius) ||
+        !std::isfinite(point->x) || !std::isfinite(point->y))
+        return false;
+    const double cx = point->x, cy = point->y;
+    const int32_t x0 = vok::clamp_int(vok::trunc_to<int32_t>(floor(cx - radius)), 0,
+                                      static_cast<int32_t>(bitmap->width) - 1);
+    const int32_t x1 = vok::clamp_int(vok::trunc_to<int32_t>(ceil(cx + radius)), 0,
+                                      static_cast<int32_t>(bitmap->width) - 1);
+    const int32_t y0 = vok::clamp_int(vok::trunc_to<int32_t>(floor(cy - radius)), 0,
+                                      static_cast<int32_t>(bitmap->height) - 1);
+    const int32_t y1 = vok::clamp_int(vok::trunc_to<int32_t>(ceil(cy + radius)), 0,
+                                      static_cast<int32_t>(bitmap->height) - 1);
+    bool any = false;
+    for (int32_t y = y0; y <= y1; ++y) {
+        for (int32_t x = x0; x <= x1; ++x) {
+            const double dx = x + 0.5 - cx, dy = y + 0.5 - cy;
+            if (dx * dx + dy * dy > radius * radius) continue;
+            pick(reinterpret_cast<const VokColor *>(
+                bitmap->pixels)[static_cast<size_t>(y) * bitmap->width + x]);
+            any = true;
+        }
+    }
+    return any;
+}
+
+}  // namespace
+
+extern "C" {
+
+void VokRegionInfoColorBrightest(const VokBitmap *bitmap, const VokPoint *point, double radius,
+                                 VokColor *color) {
+    if (color == nullptr) return;
+    int best = -1;
+    VokColor found{};
+    if (each_in_disc(bitmap, point, radius, [&](const VokColor &c) {
+            const int level = 2 * c.red + 7 * c.green + c.blue;
+            if (level > best) best = level, found = c;
+        }))
+        *color = found;
+}
+
+void VokRegionInfoColorClosestToLip(const VokBitmap *bitmap, const VokPoint *point, double radius,
+                                    VokColor *color) {
+    if (color == nullptr) return;
+    int best = -1;
+    VokColor found{};
+    if (each_in_disc(bitmap, point, radius, [&](const VokColor &c) {
+            const int dr = c.red - 230, dg = c.green - 55, db = c.blue - 49;
+            const int distance = dr * dr + dg * dg + db * db;
+            if (best < 0 || distance < best) best = distance, found = c;
+        }))
+        *color = found;
+}
+
+}  // extern "C"
