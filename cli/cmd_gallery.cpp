@@ -61,17 +61,27 @@ std::string html_escape(const std::string &text) {
     std::string out;
     for (char c : text) {
         switch (c) {
-            case '&': out += "&amp;"; break;
-            case '<': out += "&lt;"; break;
-            case '>': out += "&gt;"; break;
-            case '"': out += "&quot;"; break;
-            default: out += c;
+            case '&':
+                out += "&amp;";
+                break;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
+            default:
+                out += c;
         }
     }
     return out;
 }
 
-bool write_index(const std::string &path, const std::string &photo, const std::vector<Look> &looks) {
+bool write_index(const std::string &path, const std::string &photo,
+                 const std::vector<Look> &looks) {
     std::string sheet_links;
     for (const GallerySheet *const *sheet = kSheets; *sheet != nullptr; ++sheet)
         sheet_links += std::string(" &middot; <a href=\"") + (*sheet)->file + "\">" +
@@ -127,11 +137,11 @@ int run_gallery(int argc, char **argv) {
     if (!args.parse(argc, argv, {{"--input", true}, {"--out", true}, {"--effects", true}}, error))
         return usage_error(kName, error);
     if (!args.positional().empty()) return usage_error(kName, "unexpected argument");
-    const std::string input = args.has("--input") ? args.value("--input")
-                                                  : "examples/images/coffee.png";
+    const std::string input =
+        args.has("--input") ? args.value("--input") : "examples/images/coffee.png";
     const std::string out_dir = args.has("--out") ? args.value("--out") : "out";
-    const std::string effects_dir = args.has("--effects") ? args.value("--effects")
-                                                          : "examples/effects";
+    const std::string effects_dir =
+        args.has("--effects") ? args.value("--effects") : "examples/effects";
 
     std::vector<Look> looks = find_looks(effects_dir, error);
     if (!error.empty()) return file_error("read", effects_dir, error);
@@ -173,7 +183,10 @@ int run_gallery(int argc, char **argv) {
     for (const GallerySheet *const *entry = kSheets; *entry != nullptr; ++entry) {
         const GallerySheet &sheet = **entry;
         const std::string path = out_dir + "/" + sheet.file;
-        const std::string source = sheet.photo != nullptr ? sheet.photo : input;
+        const fs::path own =
+            fs::path(effects_dir).parent_path() / "images" / (sheet.photo ? sheet.photo : "");
+        const std::string source =
+            sheet.photo != nullptr && fs::exists(own, ec) ? own.string() : input;
         Image sheet_photo, sheet_thumb;
         if (!read_image(source, sheet_photo, error)) return file_error("read", source, error);
         if (!box_downscale(sheet_photo.bitmap, kThumbMaxWidth, kThumbMaxHeight, sheet_thumb))

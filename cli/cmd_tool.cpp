@@ -20,6 +20,31 @@ namespace vok_cli {
 namespace {
 
 const char kName[] = "tool";
+const char kHelp[] =
+    "Usage: vok tool --type N [--radius R] [--strokes STROKES.json] INPUT OUTPUT\n"
+    "Replays finger strokes with tool type N (1 to 35) on the photo INPUT the way\n"
+    "a photo editor drives the library: the tool starts on a preview-size copy\n"
+    "(longest side at most 1280; full size for the draw tool, type 12), each\n"
+    "touch stamps the mask and redraws the changed part of the preview, and the\n"
+    "finished mask is rendered onto the full-size photo, written to OUTPUT.\n"
+    "Prints the median and worst time of one touch and the time of the render.\n"
+    "\n"
+    "STROKES.json is a list of strokes; a stroke is a list of points or an object\n"
+    "{\"points\": [...], \"mode\": M}. A point is [x, y] or [x, y, pressure] in\n"
+    "photo pixels (pressure scales the draw tool's radius). Mode 2 erases; type 1\n"
+    "uses modes 1 and 3 to erase and 2 to paint. Without --strokes one S-shaped\n"
+    "stroke crosses the photo.\n"
+    "\n"
+    "Options:\n"
+    "  --type N             tool type, 1 to 35 (required)\n"
+    "  --radius R           brush radius in photo pixels (default: the shorter\n"
+    "                       side / 24)\n"
+    "  --strokes FILE.json  strokes to replay\n"
+    "  --max-pixels N       refuse photos of more than N pixels (default 100000000)\n"
+    "  -h, --help           show this help\n"
+    "\n"
+    "Exit status: 0 written, 1 out of memory, 2 usage error or unreadable or\n"
+    "unwritable file.\n";
 // Longest side of the preview the strokes are painted on, as on a phone screen.
 constexpr uint32_t kPreviewSide = 1280;
 
@@ -259,35 +284,28 @@ int run_tool(int argc, char **argv) {
     return kExitOk;
 }
 
+// The help ends with every tool type and what it is for, from the library.
+const char *help_text() {
+    static const std::string text = [] {
+        std::string help = kHelp;
+        help += "\nTool types:\n";
+        char line[160];
+        for (VokToolType type = 1; VokToolTypeName(type) != nullptr; ++type) {
+            snprintf(line, sizeof line, "  %2d  %-12s %s\n", static_cast<int>(type),
+                     VokToolTypeName(type), VokToolTypeDescription(type));
+            help += line;
+        }
+        return help;
+    }();
+    return text.c_str();
+}
+
 }  // namespace
 
 extern const Command tool_command = {
     kName,
     "paint strokes with an interactive tool and time each touch",
-    "Usage: vok tool --type N [--radius R] [--strokes STROKES.json] INPUT OUTPUT\n"
-    "Replays finger strokes with tool type N (1 to 35) on the photo INPUT the way\n"
-    "a photo editor drives the library: the tool starts on a preview-size copy\n"
-    "(longest side at most 1280; full size for the draw tool, type 12), each\n"
-    "touch stamps the mask and redraws the changed part of the preview, and the\n"
-    "finished mask is rendered onto the full-size photo, written to OUTPUT.\n"
-    "Prints the median and worst time of one touch and the time of the render.\n"
-    "\n"
-    "STROKES.json is a list of strokes; a stroke is a list of points or an object\n"
-    "{\"points\": [...], \"mode\": M}. A point is [x, y] or [x, y, pressure] in\n"
-    "photo pixels (pressure scales the draw tool's radius). Mode 2 erases; type 1\n"
-    "uses modes 1 and 3 to erase and 2 to paint. Without --strokes one S-shaped\n"
-    "stroke crosses the photo.\n"
-    "\n"
-    "Options:\n"
-    "  --type N             tool type, 1 to 35 (required)\n"
-    "  --radius R           brush radius in photo pixels (default: the shorter\n"
-    "                       side / 24)\n"
-    "  --strokes FILE.json  strokes to replay\n"
-    "  --max-pixels N       refuse photos of more than N pixels (default 100000000)\n"
-    "  -h, --help           show this help\n"
-    "\n"
-    "Exit status: 0 written, 1 out of memory, 2 usage error or unreadable or\n"
-    "unwritable file.\n",
+    help_text(),
     run_tool,
 };
 

@@ -39,7 +39,8 @@ bool write_contact_sheet(const std::string &path, const char *title, const VokBi
 struct GallerySheet {
     const char *file;     // file name in the output folder, e.g. "mosaics.png"
     const char *title;    // drawn at the top and used as the link text in index.html
-    const char *photo;    // a photo under examples/images to use, or null for --input
+    const char *photo;    // a photo of the images folder beside the effects folder, or null;
+                          // the gallery's own photo stands in when it is missing
     std::vector<SheetTile> (*tiles)();
 };
 

@@ -186,6 +186,9 @@ TEST(VokCli, InfoAndHelp) {
         EXPECT_EQ(run.status, 0);
         EXPECT_EQ(run.output.rfind(std::string("Usage: vok ") + command, 0), 0u) << run.output;
     }
+    run = vok("tool --help");  // every tool type with what it does
+    EXPECT_TRUE(contains(run.output, "  35  restore      bring back the unedited photo")) << run.output;
+    EXPECT_TRUE(contains(run.output, "  20  airbrush")) << run.output;
     run = vok("--help");
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(contains(run.output, "validate")) << run.output;
@@ -249,6 +252,12 @@ TEST(VokCli, GalleryDrawsEveryLookAndReportsFailures) {
     const std::string index = vok_test::read_file(dir.path("out/index.html"));
     EXPECT_TRUE(contains(index, "<img src=\"plain.jpg\"")) << index;
     EXPECT_TRUE(contains(index, "broken: failed")) << index;
+    // The engine sheets, on the gallery's photo when their own is not beside the looks.
+    for (const char *sheet : {"mosaics.png", "tools.png"}) {
+        EXPECT_TRUE(contains(index, std::string("href=\"") + sheet)) << sheet;
+        vok_cli::Image image;
+        EXPECT_TRUE(vok_cli::read_image(dir.path(std::string("out/") + sheet), image, error)) << sheet;
+    }
 
     // Three tiles in a row (original, broken, plain by name), each 206 x 8
     // with a 20 px margin, under a 64 px title band, each with a 30 px caption.
