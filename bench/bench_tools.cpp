@@ -136,3 +136,33 @@ BENCHMARK(BM_ToolTouchSimilarColour)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ToolTouchDraw)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ToolRenderHiRes)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Whiten)->Unit(benchmark::kMillisecond);
+
+// The full effect each retouching and mosaic type computes at tool start, on
+// the 2-megapixel preview.
+static void BM_FullEffectAtStart(benchmark::State &state) {
+    PreviewRun run(static_cast<VokToolType>(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        VokBitmapCopy(&run.full, &run.photo);
+        state.ResumeTiming();
+        VokToolTypesApplyEffect(&run.full, &run.params);
+    }
+    vok_bench::report_pixels(state, size_t{kPreviewWidth} * kPreviewHeight);
+}
+BENCHMARK(BM_FullEffectAtStart)
+    ->Arg(kVokToolRedEye)->Arg(kVokToolMascara)->Arg(kVokToolEyeBright)->Arg(kVokToolEyeColor)
+    ->Arg(kVokToolEyeShadow)->Arg(kVokToolAirbrush)->Arg(kVokToolPixelate)->Arg(kVokToolVoronoi)
+    ->Arg(kVokToolHexagons)->Unit(benchmark::kMillisecond);
+
+// One blemish touch at radius 40 on the preview.
+static void BM_BlemishTouch(benchmark::State &state) {
+    PreviewRun run(kVokToolBlemish);
+    VokPoint touch = {800.0f, 600.0f};
+    VokToolStroke stroke;
+    VokToolStrokeInit(&stroke);
+    stroke.points = &touch;
+    stroke.count = 1;
+    stroke.radius = kRadius;
+    for (auto _ : state) VokBlemish(&run.photo, &stroke);
+}
+BENCHMARK(BM_BlemishTouch)->Unit(benchmark::kMicrosecond);

@@ -2,7 +2,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <initializer_list>
 
 #include "tools/tools_internal.h"
 #include "vok/generators.h"
@@ -36,41 +35,60 @@ int64_t window_area(uint32_t x, uint32_t y, uint32_t w, uint32_t h, int32_t r) {
     return (x1 - x0 + 1) * (y1 - y0 + 1);
 }
 
-// Sums of grey and grey squared over each pixel's clipped window: along rows
-// into the outputs, then down columns in place.
-void box_sums(const VokBitmap *bitmap, int32_t r, uint32_t *sum, uint32_t *square) {
-    const int64_t w = bitmap->width, h = bitmap->height;
-    for (int64_t y = 0; y < h; ++y) {
-        const uint8_t *row = bitmap->pixels + 4 * y * w;
-        uint32_t s = 0, q = 0;
-        for (int64_t x = 0; x < r && x < w; ++x)
-            s += grey(row + 4 * x), q += grey(row + 4 * x) * grey(row + 4 * x);
-        for (int64_t x = 0; x < w; ++x) {
-            if (x + r < w) {
-                const uint32_t g = grey(row + 4 * (x + r));
-                s += g, q += g * g;
-            }
-            if (x - r - 1 >= 0) {
-                const uint32_t g = grey(row + 4 * (x - r - 1));
-                s -= g, q -= g * g;
-            }
-            sum[y * w + x] = s;
-            square[y * w + x] = q;
-        }
+// Sums of grey and grey squared along row y over each pixel's clipped window.
+void row_sums(const VokBitmap *bitmap, int64_t y, int32_t r, uint32_t *sum, uint32_t *square) {
+    const int64_t w = bitmap->width;
+    const uint8_t *row = bitmap->pixels + 4 * y * w;
+    uint32_t s = 0, q = 0;
+    for (int64_t x = 0; x < r && x < w; ++x) {
+        const uint32_t g = grey(row + 4 * x);
+        s += g, q += g * g;
     }
-    for (uint32_t *plane : {sum, square}) {
-        for (int64_t x = 0; x < w; ++x) {
-            // Down one column: a window of row sums, read before they are overwritten.
-            uint32_t ring[2 * kMaxVarianceRadius + 2];
-            uint32_t s = 0;
-            for (int64_t y = 0; y < r && y < h; ++y) s += plane[y * w + x];
-            for (int64_t y = 0; y < h; ++y) {
-                ring[y % (2 * r + 2)] = plane[y * w + x];
-                if (y + r < h) s += plane[(y + r) * w + x];
-                if (y - r - 1 >= 0) s -= ring[(y - r - 1) % (2 * r + 2)];
-                plane[y * w + x] = s;
-            }
+    for (int64_t x = 0; x < w; ++x) {
+        if (x + r < w) {
+            const uint32_t g = grey(row + 4 * (x + r));
+            s += g, q += g * g;
         }
+        if (x - r - 1 >= 0) {
+            const uint32_t g = grey(row + 4 * (x - r - 1));
+            s -= g, q -= g * g;
+        }
+        sum[x] = s, square[x] = q;
+    }
+}
+
+// Sums of grey and grey squared over each pixel's clipped window, down the
+// rows with every column at once: the row sums of the 2 r + 2 rows a window
+// can still need stay in a ring (`ring` holds 2 (2 r + 2) rows of them).
+void box_sums(const VokBitmap *bitmap, int32_t r, uint32_t *sum, uint32_t *square, uint32_t *ring) {
+    const int64_t w = bitmap->width, h = bitmap->height, slots = 2 * r + 2;
+    uint32_t *ring_square = ring + slots * w;
+    auto add = [&](int64_t y, bool subtract, uint32_t *s, uint32_t *q) {
+        const uint32_t *rs = ring + (y % slots) * w, *rq = ring_square + (y % slots) * w;
+        for (int64_t x = 0; x < w; ++x) {
+            s[x] += subtract ? -rs[x] : rs[x];
+            q[x] += subtract ? -rq[x] : rq[x];
+        }
+    };
+    // Row 0's window, then each next row from the one above.
+    uint32_t *s = sum, *q = square;
+    memset(s, 0, w * sizeof(uint32_t));
+    memset(q, 0, w * sizeof(uint32_t));
+    for (int64_t y = 0; y < r && y < h; ++y) {
+        row_sums(bitmap, y, r, ring + (y % slots) * w, ring_square + (y % slots) * w);
+        add(y, false, s, q);
+    }
+    for (int64_t y = 0; y < h; ++y, s += w, q += w) {
+        if (y > 0) {
+            memcpy(s, s - w, w * sizeof(uint32_t));
+            memcpy(q, q - w, w * sizeof(uint32_t));
+        }
+        if (y + r < h) {
+            row_sums(bitmap, y + r, r, ring + ((y + r) % slots) * w,
+                     ring_square + ((y + r) % slots) * w);
+            add(y + r, false, s, q);
+        }
+        if (y - r - 1 >= 0) add(y - r - 1, true, s, q);
     }
 }
 
@@ -102,15 +120,20 @@ void VokAirbrush(VokBitmap *bitmap) {
     const size_t n = static_cast<size_t>(w) * h;
     VokBitmap blurred;
     if (!VokBitmapBuild(&blurred, w, h)) return;
+    const int32_t r = variance_radius(bitmap);
     uint32_t *sums = static_cast<uint32_t *>(malloc(2 * n * sizeof(uint32_t)));
-    if (sums == nullptr) {
+    uint32_t *ring =
+        static_cast<uint32_t *>(malloc(2 * (2 * size_t(r) + 2) * w * sizeof(uint32_t)));
+    if (sums == nullptr || ring == nullptr) {
+        free(ring);
+        free(sums);
         VokBitmapFree(&blurred);
         return;
     }
     VokBitmapCopy(&blurred, bitmap);
     VokConvolutionEffectBoxHybridSharpen(&blurred, kBlurAmount);
-    const int32_t r = variance_radius(bitmap);
-    box_sums(bitmap, r, sums, sums + n);
+    box_sums(bitmap, r, sums, sums + n, ring);
+    free(ring);
     uint8_t *p = bitmap->pixels;
     const uint8_t *b = blurred.pixels;
     for (size_t i = 0; i < n; ++i, p += 4, b += 4) {
