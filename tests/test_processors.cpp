@@ -246,3 +246,16 @@ TEST(Processors, GammaAndFadedMapsRoundAsWorkedByHand) {
         EXPECT_EQ(px.at(0, 0), c.out) << c.step;
     }
 }
+
+// The adjustment tools' entry point is the "adjustments" processor at full opacity.
+TEST(Processors, ToolAdjustmentMatchesTheAdjustmentsProcessor) {
+    TestBitmap by_tool(13, 9);
+    by_tool.randomize(31);
+    TestBitmap by_effect(by_tool);
+    VokToolAdjustColorProcessor(by_tool.get(), 20, -30, 45, 60);
+    vok_test::Effect effect(R"({"identifier":"t","processors":[{"name":"adjustments","parameters":
+        {"brightness":20,"contrast":-30,"warmth":45,"saturation":60,"alpha":1,"blendMode":"normal"}}]})");
+    const VokEffectParams params = vok_test::params_with(1.0);
+    ASSERT_EQ(TESKRunEffect(effect.get(), by_effect.get(), &params), 1);
+    EXPECT_EQ(by_tool.bytes(), by_effect.bytes());
+}

@@ -30,7 +30,8 @@ void tint(VokBitmap *bitmap, VokToolDrawParams *params, float opacity) {
 }
 
 void adjust(VokBitmap *bitmap, double brightness, double contrast, double warmth) {
-    VokToolAdjustColorProcessor(bitmap, brightness, contrast, warmth, 0.0);
+    VokToolAdjustBrightnessContrastWarmthSaturation(bitmap, brightness, contrast, warmth, 0.0,
+                                                    kVokBlendNormal, 1.0f);
 }
 
 // Retouching functions that take the bitmap as source and destination.
@@ -172,8 +173,8 @@ void VokToolTypesApplyEffect(VokBitmap *bitmap, VokToolDrawParams *params) {
 
 void VokToolAdjustColorProcessor(VokBitmap *bitmap, double brightness, double contrast,
                                  double warmth, double saturation) {
-    VokToolAdjustBrightnessContrastWarmthSaturation(bitmap, brightness, contrast, warmth,
-                                                    saturation, kVokBlendNormal, 1.0f);
+    VokToolAdjustBrightnessContrastWarmthSaturationProcessor(bitmap, brightness, contrast, warmth,
+                                                             saturation, kVokBlendNormal, 1.0f);
 }
 
 const char *VokToolTypeName(VokToolType type) {
