@@ -42,4 +42,16 @@ int TESKRunAutoColorsFadeMaxProcessor(VokJsonValue parameters, VokBitmap *bitmap
     return 1;
 }
 
+const char *TESKLegacyPresetName(uint32_t index) {
+    uint32_t count;
+    const vok::LegacyPreset *presets = vok::legacy_presets(&count);
+    return index < count ? presets[index].name : nullptr;
+}
+
+int TESKLegacyPresetIsBorder(uint32_t index) {
+    uint32_t count;
+    const vok::LegacyPreset *presets = vok::legacy_presets(&count);
+    return index < count && presets[index].border ? 1 : 0;
+}
+
 }  // extern "C"

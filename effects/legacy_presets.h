@@ -2,6 +2,8 @@
 #ifndef VOK_EFFECTS_LEGACY_PRESETS_H
 #define VOK_EFFECTS_LEGACY_PRESETS_H
 
+#include <cstdint>
+
 #include "vok/effects.h"
 
 namespace vok {
@@ -15,6 +17,9 @@ struct LegacyPreset {
 
 // The preset called `name` exactly, or null.
 const LegacyPreset *find_legacy_preset(const char *name);
+
+// Every preset in search order.
+const LegacyPreset *legacy_presets(uint32_t *count);
 
 }  // namespace vok
 

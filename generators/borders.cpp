@@ -1,11 +1,12 @@
-// Borders and vignettes. The vignette is the one style drawn so far: the
-// border colour blended toward the edges, clear in the middle.
+// Borders and vignettes: the vignette blends the border colour in toward the
+// edges, clear in the middle; the framed styles live in border_frames.cpp.
 #include <math.h>
 #include <stdlib.h>
 #include <string.h>
 
 #include "core/log.h"
 #include "core/numeric.h"
+#include "generators/border_frames.h"
 #include "generators/tint_blend.h"
 #include "vok/generators.h"
 
@@ -109,12 +110,13 @@ void VokBorderInitParams(VokBorderParams *params) {
 
 int VokBorders(VokBitmap *bitmap, const VokBorderParams *params) {
     if (bitmap == nullptr || bitmap->pixels == nullptr || params == nullptr) return 0;
-    if (params->style != kVokBorderVignette) {
-        VOK_LOGD("Border style %u is not available yet.", static_cast<unsigned>(params->style));
+    const bool frame = vok::is_frame_style(params->style);
+    if (!frame && params->style != kVokBorderVignette) {
+        VOK_LOGD("Border style %u is not available.", static_cast<unsigned>(params->style));
         return 0;
     }
     if (params->color.alpha == 0 || bitmap->width == 0 || bitmap->height == 0) return 1;
-    return vok::draw_vignette(*bitmap, *params);
+    return frame ? vok::draw_frame(*bitmap, *params) : vok::draw_vignette(*bitmap, *params);
 }
 
 }  // extern "C"

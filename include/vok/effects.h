@@ -49,6 +49,49 @@ VOK_DECLARE_RUNNER(TESKRunGradientMapProcessor);
 VOK_DECLARE_RUNNER(TESKRunGradientFlareProcessor);
 VOK_DECLARE_RUNNER(TESKRunAdjustmentsProcessor);
 VOK_DECLARE_RUNNER(TESKRunAutoColorsFadeMaxProcessor);
+
+/* ---- Legacy presets ("legacyProcessor" with "legacyName") -----------------
+ * Each takes the effect params' strength (clamped to 0..1) and seed. The 24
+ * borders (the first 24 below) leave the bitmap alone, successfully, when the
+ * params' bordersEnabled is 0.
+ *   whiteRectFrame, blackRectFrame   a plain frame, white or black
+ *   softWhiteFrame, softBlackFrame   a frame with a soft inner edge
+ *   halftoneWhiteFrame               halftone dots growing toward the edge, white
+ *   halftoneBlackFrame               the same in black
+ *   ruledCreamFrame                  ruled cream lines round the edge
+ *   dropShadow                       a shadow falling to the bottom right
+ *   fadeToWhite, fadeToBlack         a wide fade into white or black
+ *   roughWhiteEdge, roughBlackEdge   a ragged frame from the seed
+ *   lensBulge                        a dark pillow-shaped lens edge
+ *   tornPaper                        torn paper on all four sides, from the seed
+ *   tornPadPage                      torn top and bottom, straight sides
+ *   roundedCorners                   white rounded corners
+ *   roundedCornersBlack              black rounded corners
+ *   photoShareFrame                  a thin white frame with a keyline
+ *   randomBlackFrame                 a hard black frame, each side's depth from the seed
+ *   randomWhiteFrame                 the same in white
+ *   instantPrint                     an instant-print frame, deep below
+ *   darkVignette                     a multiplied dark vignette
+ *   whiteVignette                    a screened white vignette
+ *   viewfinder                       a camera finder's corner brackets and cross
+ *   burnedEdges                      brown burned edges (always drawn)
+ *   sepiaVignette                    a sepia vignette (always drawn)
+ *   warmSunFlare                     a warm sun glow in the upper left
+ *   lensFlareRings                   a cool halo ring in the upper left
+ *   sepiaTint                        a sepia print, mixed by strength
+ *   coolTint                         a soft blue cast
+ *   filmGrain                        fractal film grain, from the seed
+ *   oldPaper                         fractal paper fibres, warm and darker
+ *   dustAndSpecks                    sparse dust and specks, from the seed
+ *   softFocus                        the soft-focus glow, mixed by strength
+ *   clarity                          local contrast enhancement, mixed by strength
+ *   autoColourTone                   automatic colour and tone in LAB
+ *   autoContrast                     automatic exposure and contrast
+ *   autoColoursWarmHighlights        automatic colours with warm highlights */
+/* The name of preset `index` in search order (0 to 37), a static string; null past the last. */
+VOK_API const char *TESKLegacyPresetName(uint32_t index);
+/* 1 when preset `index` is a border (obeys bordersEnabled), else 0. */
+VOK_API int TESKLegacyPresetIsBorder(uint32_t index);
 #undef VOK_DECLARE_RUNNER
 
 /* ---- Value converters: 1 when the output is usable, 0 when the runner must

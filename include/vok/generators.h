@@ -95,6 +95,22 @@ VOK_API void VokConvolutionEffectsUniformSharpenY(VokBitmap *bitmap, float amoun
  * the samples clamped to the bitmap, rounded; alpha kept. Bad values as above. */
 VOK_API void VokConvolutionEffectsMotionBlur(VokBitmap *bitmap, float length, float angle);
 
+/* ---- Fractal textures --------------------------------------------------------
+ * Diamond-square height fields from the library's generator: the same seed
+ * gives the same field on every machine. */
+/* Fills the (2^sizeLog2 + 1)^2 grid `heights` (row by row) with a fractal
+ * field in [0, 1]: the corners 0.5, each level's offsets scaled by
+ * 2^-roughness. sizeLog2 from 1 to 12; returns 0 (nothing written) outside. */
+VOK_API int VokDiamondSquare(float *heights, uint32_t sizeLog2, float roughness, uint32_t seed);
+enum { kVokTextureGrain = 0, kVokTexturePaper = 1, kVokTextureDust = 2 };
+/* Lays a fractal texture over the photo, tiled every 512 pixels: grain (fine
+ * neutral film grain, up to +-40 levels at strength 1), paper (soft fibres that
+ * darken and warm, up to 25 %) or dust (sparse light and dark specks).
+ * Strength is clamped to [0, 1]; alpha kept; bad input or a failed allocation
+ * leaves the bitmap unchanged. */
+VOK_API void VokFractalTextureApply(VokBitmap *bitmap, uint32_t texture, float strength,
+                                    uint32_t seed);
+
 /* ---- Mosaic and cell blurs ------------------------------------------------
  * Each paints every cell with the exact mean colour of its own pixels (integer
  * sums, rounded), so a uniform photo stays uniform; alpha kept. parameter: the
