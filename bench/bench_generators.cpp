@@ -122,3 +122,28 @@ static void BM_UniformSharpen(benchmark::State &state, void (*pass)(VokBitmap *,
 }
 BENCHMARK_CAPTURE(BM_UniformSharpen, X, VokConvolutionEffectsUniformSharpenX)->Arg(10)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_UniformSharpen, Y, VokConvolutionEffectsUniformSharpenY)->Arg(10)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+// Each border style on 12 megapixels (vignette 15 included for comparison).
+static void BM_BorderStyle(benchmark::State &state) {
+    vok_bench::Photo photo;
+    VokBorderParams params;
+    VokBorderInitParams(&params);
+    params.style = static_cast<uint32_t>(state.range(0));
+    params.color = {250, 245, 238, 255};
+    for (auto _ : state) {
+        photo.reset_untimed(state);
+        VokBorders(&photo.bitmap, &params);
+    }
+    vok_bench::report_pixels(state);
+}
+BENCHMARK(BM_BorderStyle)->DenseRange(kVokBorderHalftone, kVokBorderViewfinder)->Unit(benchmark::kMillisecond);
+
+static void BM_FractalTexture(benchmark::State &state) {
+    vok_bench::Photo photo;
+    for (auto _ : state) {
+        photo.reset_untimed(state);
+        VokFractalTextureApply(&photo.bitmap, static_cast<uint32_t>(state.range(0)), 0.6f, 7u);
+    }
+    vok_bench::report_pixels(state);
+}
+BENCHMARK(BM_FractalTexture)->DenseRange(kVokTextureGrain, kVokTextureDust)->Unit(benchmark::kMillisecond);

@@ -111,3 +111,22 @@ BENCHMARK(BM_Flare)
     ->Arg(kVokFlareCross)
     ->Arg(kVokFlareBlobFlare)
     ->Unit(benchmark::kMillisecond);
+
+// Every named preset through "legacyProcessor" on 12 megapixels.
+static void BM_LegacyPreset(benchmark::State &state) {
+    const std::string name = TESKLegacyPresetName(static_cast<uint32_t>(state.range(0)));
+    const std::string json = R"({"identifier":"p","processors":[{"name":"legacyProcessor",)"
+                             R"("parameters":{"legacyName":")" + name + R"("}}]})";
+    VokJsonValue effect = TESKLoadEffect(json.c_str());
+    VokEffectParams params;
+    VokEffectInitParams(&params);
+    vok_bench::Photo photo;
+    for (auto _ : state) {
+        photo.reset_untimed(state);
+        TESKRunEffect(effect, &photo.bitmap, &params);
+    }
+    TESKUnloadEffect(&effect);
+    state.SetLabel(name);
+    vok_bench::report_pixels(state);
+}
+BENCHMARK(BM_LegacyPreset)->DenseRange(0, 37)->Unit(benchmark::kMillisecond);

@@ -1,4 +1,5 @@
 // The vok tool run as a user runs it: exit statuses, messages, files left.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -186,6 +187,11 @@ TEST(VokCli, InfoAndHelp) {
         EXPECT_EQ(run.status, 0);
         EXPECT_EQ(run.output.rfind(std::string("Usage: vok ") + command, 0), 0u) << run.output;
     }
+    run = vok("info --presets");  // 38 names, the 24 borders marked
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(std::count(run.output.begin(), run.output.end(), '\n'), 38);
+    EXPECT_TRUE(contains(run.output, "instantPrint (border)\n")) << run.output;
+    EXPECT_TRUE(contains(run.output, "\nfilmGrain\n")) << run.output;
     run = vok("tool --help");  // every tool type with what it does
     EXPECT_TRUE(contains(run.output, "  35  restore      bring back the unedited photo")) << run.output;
     EXPECT_TRUE(contains(run.output, "  20  airbrush")) << run.output;
