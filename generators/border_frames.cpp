@@ -180,37 +180,46 @@ uint32_t viewfinder(const Frame &f, uint32_t x, uint32_t y) {
     return bracket || cross ? 255 : 0;
 }
 
+// Visits only the band within `band` pixels of the edges, in two passes:
+// the first takes whole rows of the top and bottom bands and the left band of
+// the rows between, the second the right band of those rows.
 struct FrameCoverage {
     const Frame *frame;
     uint32_t (*shape)(const Frame &, uint32_t, uint32_t);
-    uint32_t width, y, opacity;
+    uint32_t width, height, band, y, opacity;
+    bool right;
 
     Span begin_row(uint32_t row) {
         y = row;
-        return {0, width};
+        const bool whole = row < band || row + band >= height || 2 * band >= width;
+        if (whole) return right ? Span{0, 0} : Span{0, width};
+        return right ? Span{width - band, width} : Span{0, band};
     }
     uint32_t alpha(uint32_t x) const { return (shape(*frame, x, y) * opacity + 127) / 255; }
 };
 
+// Each style's shape and how far in from the edges it can reach, in frames;
+// 0 when it may touch anywhere (the bulge's pillow, the finder's cross).
 const struct {
     uint32_t style;
     uint32_t (*shape)(const Frame &, uint32_t, uint32_t);
+    double reach;
 } kStyles[] = {
-    {kVokBorderHalftone, halftone},
-    {kVokBorderLines, lines},
-    {kVokBorderSmooth, smooth},
-    {kVokBorderShadow, shadow},
-    {kVokBorderFade, fade},
-    {kVokBorderRough, rough},
-    {kVokBorderBulge, bulge},
-    {kVokBorderTorn, torn},
-    {kVokBorderTorn2, torn_2},
-    {kVokBorderRect, rect},
-    {kVokBorderRound, round_corners},
-    {kVokBorderFlickr, flickr},
-    {kVokBorderHardRand, hard_rand},
-    {kVokBorderInstant, instant},
-    {kVokBorderViewfinder, viewfinder},
+    {kVokBorderHalftone, halftone, 2.5},
+    {kVokBorderLines, lines, 1.0},
+    {kVokBorderSmooth, smooth, 1.0},
+    {kVokBorderShadow, shadow, 1.0},
+    {kVokBorderFade, fade, 2.0},
+    {kVokBorderRough, rough, 1.0},
+    {kVokBorderBulge, bulge, 0.0},
+    {kVokBorderTorn, torn, 1.4},
+    {kVokBorderTorn2, torn_2, 1.4},
+    {kVokBorderRect, rect, 1.0},
+    {kVokBorderRound, round_corners, 2.0},
+    {kVokBorderFlickr, flickr, 1.0},
+    {kVokBorderHardRand, hard_rand, 1.5},
+    {kVokBorderInstant, instant, 4.0},
+    {kVokBorderViewfinder, viewfinder, 0.0},
 };
 
 // Ragged profiles for the four sides from the seed, each in [-1, 1].
@@ -249,11 +258,19 @@ int draw_frame(VokBitmap &bitmap, const VokBorderParams &params) {
     frame->softness =
         std::fmax(1.0, frame->t * kSoftness[params.shapeMode < 4 ? params.shapeMode : 0]);
     fill_profiles(*frame, params.seed);
-    FrameCoverage coverage{frame, nullptr, bitmap.width, 0, params.color.alpha};
+    FrameCoverage coverage{frame, nullptr, bitmap.width,       bitmap.height,
+                           0,     0,       params.color.alpha, false};
+    double reach = 0.0;
     for (const auto &row : kStyles)
-        if (row.style == params.style) coverage.shape = row.shape;
+        if (row.style == params.style) coverage.shape = row.shape, reach = row.reach;
+    const double band = reach * frame->t + frame->softness + 2.0;
+    coverage.band = reach == 0.0 || band >= frame->w || band >= frame->h
+                        ? bitmap.width + bitmap.height
+                        : static_cast<uint32_t>(band);
     TintBlend tint;
     tint_blend_init(tint, params.color, params.blendMode);
+    tint_pass(bitmap, tint, coverage);
+    coverage.right = true;
     tint_pass(bitmap, tint, coverage);
     free(frame);
     return 1;
