@@ -13,17 +13,10 @@ bool each_in_disc(const VokBitmap *bitmap, const VokPoint *point, double radius,
         !std::isfinite(point->x) || !std::isfinite(point->y))
         return false;
     const double cx = point->x, cy = point->y;
-    const int32_t x0 = vok::clamp_int(vok::trunc_to<int32_t>(floor(cx - radius)), 0,
-                                      static_cast<int32_t>(bitmap->width) - 1);
-    const int32_t x1 = vok::clamp_int(vok::trunc_to<int32_t>(ceil(cx + radius)), 0,
-                                      static_cast<int32_t>(bitmap->width) - 1);
-    const int32_t y0 = vok::clamp_int(vok::trunc_to<int32_t>(floor(cy - radius)), 0,
-                                      static_cast<int32_t>(bitmap->height) - 1);
-    const int32_t y1 = vok::clamp_int(vok::trunc_to<int32_t>(ceil(cy + radius)), 0,
-                                      static_cast<int32_t>(bitmap->height) - 1);
+    const vok::StampBox box = vok::disc_box(bitmap, cx, cy, radius);
     bool any = false;
-    for (int32_t y = y0; y <= y1; ++y) {
-        for (int32_t x = x0; x <= x1; ++x) {
+    for (int32_t y = box.y0; y <= box.y1; ++y) {
+        for (int32_t x = box.x0; x <= box.x1; ++x) {
             const double dx = x + 0.5 - cx, dy = y + 0.5 - cy;
             if (dx * dx + dy * dy > radius * radius) continue;
             pick(reinterpret_cast<const VokColor *>(

@@ -172,16 +172,9 @@ void VokBlemish(VokBitmap *bitmap, VokToolStroke *stroke) {
     VokBitmapCopy(&copy, bitmap);
     const Sampler source{&copy};
     const double ring = 1.3 * r;
-    const int32_t x0 = vok::clamp_int(vok::trunc_to<int32_t>(floor(cx - r)), 0,
-                                      static_cast<int32_t>(bitmap->width) - 1);
-    const int32_t x1 = vok::clamp_int(vok::trunc_to<int32_t>(ceil(cx + r)), 0,
-                                      static_cast<int32_t>(bitmap->width) - 1);
-    const int32_t y0 = vok::clamp_int(vok::trunc_to<int32_t>(floor(cy - r)), 0,
-                                      static_cast<int32_t>(bitmap->height) - 1);
-    const int32_t y1 = vok::clamp_int(vok::trunc_to<int32_t>(ceil(cy + r)), 0,
-                                      static_cast<int32_t>(bitmap->height) - 1);
-    for (int32_t y = y0; y <= y1; ++y) {
-        for (int32_t x = x0; x <= x1; ++x) {
+    const vok::StampBox box = vok::disc_box(bitmap, cx, cy, r);
+    for (int32_t y = box.y0; y <= box.y1; ++y) {
+        for (int32_t x = box.x0; x <= box.x1; ++x) {
             const double dx = x + 0.5 - cx, dy = y + 0.5 - cy, d = sqrt(dx * dx + dy * dy);
             if (d > r) continue;
             // Ends of the ring's chords through the pixel, across and down.

@@ -2,6 +2,7 @@
 #ifndef VOK_TOOLS_INTERNAL_H
 #define VOK_TOOLS_INTERNAL_H
 
+#include <cmath>
 #include <cstdint>
 
 #include "core/bitmap_checks.h"
@@ -21,6 +22,17 @@ struct StampBox {
 
 inline int32_t stamp_edge(double v, uint32_t size) {
     return clamp_int(trunc_to<int32_t>(v), 0, static_cast<int32_t>(size) - 1);
+}
+
+// Inclusive pixel box holding the disc of radius r round (cx, cy), clamped
+// to the bitmap; pixels inside it still need the distance test.
+inline StampBox disc_box(const VokBitmap *bitmap, double cx, double cy, double r) {
+    const int32_t right = static_cast<int32_t>(bitmap->width) - 1;
+    const int32_t bottom = static_cast<int32_t>(bitmap->height) - 1;
+    return {clamp_int(trunc_to<int32_t>(floor(cx - r)), 0, right),
+            clamp_int(trunc_to<int32_t>(floor(cy - r)), 0, bottom),
+            clamp_int(trunc_to<int32_t>(ceil(cx + r)), 0, right),
+            clamp_int(trunc_to<int32_t>(ceil(cy + r)), 0, bottom)};
 }
 
 inline StampBox stamp_box(const VokBitmap *mask, double x, double y, double outer) {
